@@ -1,0 +1,25 @@
+#include "CorvaneContract/Jobs/WorkerJobState.h"
+
+#include "CorvaneContract/Json/JsonReader.h"
+#include "CorvaneContract/Json/JsonWriter.h"
+
+namespace corvane {
+
+WorkerJobState decodeWorkerJobState(const QByteArray& json) {
+    const JsonDocument document(json);
+    const JsonObject object = document.root().object();
+    return {.status = object.required("status").string(),
+            .message = object.required("message").string(),
+            .progress = object.required("progress").number(),
+            .outputs = object.required("outputs").object().map([](JsonView value) { return value.string(); })};
+}
+
+QByteArray encodeWorkerJobState(const WorkerJobState& state) {
+    return prettyJson(
+        {{QStringLiteral("status"), state.status},
+         {QStringLiteral("message"), state.message},
+         {QStringLiteral("progress"), state.progress},
+         {QStringLiteral("outputs"), encodeMap(state.outputs, [](const QString& path) { return path; })}});
+}
+
+} // namespace corvane

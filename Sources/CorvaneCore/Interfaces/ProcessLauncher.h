@@ -1,0 +1,65 @@
+// Starting other programs. A launched process does not die with its launcher: it gets a session of its own, so that
+// neither the end of the application nor a closed terminal nor Ctrl-C reaches it.
+#pragma once
+
+#include "CorvaneContract/Error.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace corvane {
+
+class LaunchError : public Error {
+public:
+    using Error::Error;
+};
+
+using ProcessEnvironment = std::map<QString, QString>;
+
+struct ProcessRequest {
+    QString executable;
+    QStringList arguments; // without the executable itself; passed as they are, no shell
+    // Added to the application's own environment, replacing keys of the same name. Empty: the application's as it is.
+    ProcessEnvironment environment;
+    // Existing files, opened for writing from their start. Standard input is the null device.
+    QString standardOutput;
+    QString standardError;
+};
+
+// A launched process. Thread-safe.
+class LaunchedProcess {
+public:
+    virtual ~LaunchedProcess() = default;
+    [[nodiscard]] virtual std::int64_t processID() const = 0;
+    [[nodiscard]] virtual bool isRunning() const = 0;
+    // The exit status, or 128 plus the number of the signal that ended it; 0 while it runs.
+    [[nodiscard]] virtual std::int32_t terminationStatus() const = 0;
+};
+
+struct CommandResult {
+    std::int32_t status = 0; // as LaunchedProcess::terminationStatus
+    QString output;          // standard output and standard error in one, as UTF-8
+};
+
+class ProcessLauncher {
+public:
+    // Called once, on a thread of the launcher's own, when the process has ended; also long after its launcher let go.
+    using TerminationHandler = std::function<void(std::int32_t terminationStatus)>;
+
+    virtual ~ProcessLauncher() = default;
+
+    // Throws LaunchError if a log file cannot be opened or the process cannot be started.
+    [[nodiscard]] virtual std::shared_ptr<LaunchedProcess> launch(const ProcessRequest& request,
+                                                                  TerminationHandler onTermination) = 0;
+
+    // Runs a command to its end in the inherited environment and returns what it said. Blocks: never on the main
+    // thread. Throws LaunchError if it cannot be started.
+    [[nodiscard]] virtual CommandResult run(const QString& executable, const QStringList& arguments) = 0;
+};
+
+} // namespace corvane
