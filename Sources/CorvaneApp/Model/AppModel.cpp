@@ -1,0 +1,74 @@
+#include "CorvaneApp/Model/AppModel.h"
+
+#include "CorvaneContract/Files/Files.h"
+#include "CorvaneCore/Library/FileNames.h"
+#include "CorvaneCore/Library/RunIdentity.h"
+
+namespace corvane {
+
+AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
+    : QObject(parent), m_paths(std::move(paths)), m_services(std::move(services)), m_library(m_paths, m_services.files),
+      m_diarizationDefaults(m_services.defaults), m_detail(m_diarizationDefaults.appliedTo({})),
+      m_jobs(m_services.files, m_services.audioFiles, m_services.clock) {
+    try {
+        m_paths.createDirectories();
+    } catch (const FileError&) {
+        // The operations that need the directories say so when they are used.
+    }
+    m_library.restoreLatestRecording();
+    reloadMeetings();
+    restoreLatestMeeting();
+    restoreSidebarSelection();
+    startPolling();
+}
+
+AppModel::~AppModel() = default;
+
+std::optional<QString> AppModel::currentAudioURL() const {
+    const auto meeting = selectedMeeting();
+    if (meeting && meeting->isDraft())
+        return meeting->audioURL;
+    std::optional<QString> audio;
+    if (m_detail.lastRunDirectory())
+        audio = RunIdentity::ofDirectory(*m_detail.lastRunDirectory()).audioURL();
+    else if (meeting)
+        audio = meeting->audioURL;
+    return audio ? audio : m_library.lastRecording();
+}
+
+bool AppModel::canProcess() const { return !isProcessing() && currentAudioURL(); }
+
+bool AppModel::hasRecoverableRecording() const {
+    const auto meeting = selectedMeeting();
+    const auto draft = meeting ? readDraft(meeting->id) : std::nullopt;
+    return draft && (draft->recordingStatus == recordingStatus::recording ||
+                     draft->recordingStatus == recordingStatus::paused);
+}
+
+void AppModel::restoreLatestMeeting() {
+    if (!m_library.meetings().empty())
+        selectMeeting(MeetingListItem(m_library.meetings().front()));
+}
+
+// Overrides what restoreLatestMeeting selected: of a newest meeting without a run the fields stay loaded, but its
+// directory is no id of the list, so that no row shows as selected until the user picks one.
+void AppModel::restoreSidebarSelection() {
+    const auto& shown = m_detail.lastRunDirectory();
+    m_library.setSelectedSidebarItem(
+        shown ? SidebarItem::meeting(RunIdentity::ofDirectory(*shown).meetingID()) : SidebarItem::settings());
+}
+
+void AppModel::resetSpeakerReviewState() { m_speakerReview.reset(); }
+
+// A meeting's id can come out of a document. One that is no plain name belongs to no directory of ours.
+std::optional<MeetingDraftMetadata> AppModel::readDraft(const QString& meetingID) const {
+    return isPlainName(meetingID) ? readMeetingDraft(m_paths.meeting(meetingID)) : std::nullopt;
+}
+
+void AppModel::writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const {
+    if (!isPlainName(meetingID))
+        throw FileError(QStringLiteral("“%1” is not the name of a meeting").arg(meetingID));
+    corvane::writeMeetingDraft(draft, m_paths.meeting(meetingID));
+}
+
+} // namespace corvane

@@ -1,0 +1,104 @@
+// The one controller. It is made of parts, one per subject, which hold all state that any surface shows; what spans
+// parts is an operation here, in a source file named after its subject. Operations raise nothing: each writes its
+// outcome to the status line. One instance, confined to the main thread.
+#pragma once
+
+#include "CorvaneApp/Model/AppServices.h"
+#include "CorvaneApp/Model/DiarizationDefaultsPart.h"
+#include "CorvaneApp/Model/JobsPart.h"
+#include "CorvaneApp/Model/LibraryPart.h"
+#include "CorvaneApp/Model/MeetingDetailPart.h"
+#include "CorvaneApp/Model/RecordingPart.h"
+#include "CorvaneApp/Model/SpeakerReviewPart.h"
+#include "CorvaneApp/Model/StatusPart.h"
+#include "CorvaneCore/Library/AppPaths.h"
+
+#include <QFuture>
+#include <QObject>
+#include <QTimer>
+
+#include <optional>
+
+namespace corvane {
+
+class RunIdentity;
+
+class AppModel final : public QObject {
+    Q_OBJECT
+
+public:
+    // Starts up: makes the directories, finds the newest recording, lists the meetings, selects the newest, and begins
+    // to poll. Nothing in it fails visibly.
+    AppModel(AppPaths paths, AppServices services, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    [[nodiscard]] StatusPart& status() { return m_status; }
+    [[nodiscard]] LibraryPart& library() { return m_library; }
+    [[nodiscard]] MeetingDetailPart& detail() { return m_detail; }
+    [[nodiscard]] DiarizationDefaultsPart& diarizationDefaults() { return m_diarizationDefaults; }
+    [[nodiscard]] RecordingPart& recording() { return m_recording; }
+    [[nodiscard]] JobsPart& jobs() { return m_jobs; }
+    [[nodiscard]] SpeakerReviewPart& speakerReview() { return m_speakerReview; }
+    [[nodiscard]] const AppPaths& paths() const { return m_paths; }
+
+    // Derived from the parts and the disk.
+    [[nodiscard]] std::optional<MeetingListItem> selectedMeeting() const { return m_library.selectedMeeting(); }
+    [[nodiscard]] std::optional<QString> currentAudioURL() const;
+    [[nodiscard]] bool canProcess() const;
+    [[nodiscard]] bool hasRecoverableRecording() const;
+    [[nodiscard]] bool isProcessing() const { return m_jobs.isProcessing(); }
+
+    // Library (AppModelLibrary.cpp)
+    void reloadMeetings();
+    void selectSidebarItem(const std::optional<SidebarItem>& item);
+    void selectMeeting(const MeetingListItem& meeting);
+    void refreshRun();
+    void renameSelectedRun(const QString& title);
+    void deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
+    void openLastRun();
+    // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
+    void persistCurrentMeetingSettings();
+
+    // Import and speaker names (AppModelImport.cpp, AppModelSpeakers.cpp)
+    // Copies a file beside the main loop and makes a meeting of it; the future holds the meeting's id, or nothing if
+    // it failed. Does not start processing.
+    QFuture<std::optional<QString>> importAudioFile(const QString& source);
+    // Writes the names, links and suggestions on screen into the shown run. False if that failed.
+    bool saveSpeakerMappings();
+
+    // Processing (AppModelProcessing.cpp)
+    // Launches the worker on the current audio. The future holds the run directory, or nothing if it was not launched.
+    QFuture<std::optional<QString>> processCurrentAudio();
+    // One tick of the poll, each second: reloads the list and follows the shown run while it runs.
+    void pollTick();
+
+private:
+    struct LaunchWish;
+
+    void restoreLatestMeeting();
+    void restoreSidebarSelection();
+    void startPolling();
+    void resetSpeakerReviewState();
+    void showDraft(const MeetingListItem& meeting);
+    void renameDraft(const MeetingListItem& meeting, const QString& title);
+    void renameRuns(const QString& title);
+    std::optional<QString> finishImport(const QString& source, const QString& copy, const QString& error);
+    std::optional<QString> launch(const LaunchWish& wish, const ProcessEnvironment& environment);
+    [[nodiscard]] std::optional<MeetingDraftMetadata> readDraft(const QString& meetingID) const;
+    void writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const;
+    void say(const QString& message) { m_status.setStatusMessage(message); }
+
+    AppPaths m_paths;
+    AppServices m_services;
+
+    StatusPart m_status;
+    LibraryPart m_library;
+    DiarizationDefaultsPart m_diarizationDefaults;
+    MeetingDetailPart m_detail;
+    RecordingPart m_recording;
+    JobsPart m_jobs;
+    SpeakerReviewPart m_speakerReview;
+    QTimer m_pollTimer;
+};
+
+} // namespace corvane

@@ -1,0 +1,208 @@
+// The operations on the list of meetings: selecting, refreshing, renaming and deleting.
+#include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneContract/Error.h"
+#include "CorvaneCore/Jobs/JobReaders.h"
+#include "CorvaneCore/Library/FileNames.h"
+#include "CorvaneCore/Library/RunIdentity.h"
+#include "CorvaneCore/Transcripts/TranscriptResultReader.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace corvane {
+
+namespace {
+
+std::filesystem::path nativePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
+
+// Removes a file or a directory with all that is in it. Of a link only the link goes. Gives the system's words on
+// failure and nothing on success, also where there was nothing.
+std::optional<QString> removeAll(const QString& path) {
+    std::error_code error;
+    std::filesystem::remove_all(nativePath(path), error);
+    return error ? std::optional(QString::fromStdString(error.message())) : std::nullopt;
+}
+
+bool liesIn(const QString& path, const QString& directory) {
+    return QDir::cleanPath(path).startsWith(QDir::cleanPath(directory) + QLatin1Char('/'));
+}
+
+QString withCapitalWords(QString text) {
+    bool atStart = true;
+    for (QChar& character : text) {
+        if (atStart)
+            character = character.toUpper();
+        atStart = character.isSpace();
+    }
+    return text;
+}
+
+} // namespace
+
+void AppModel::reloadMeetings() { m_library.reloadMeetings(); }
+
+void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
+    m_library.setSelectedSidebarItem(item);
+    if (!item || item->kind != SidebarItem::Kind::meeting)
+        return;
+    if (const auto meeting = m_library.find(item->meetingID))
+        selectMeeting(*meeting);
+}
+
+void AppModel::selectMeeting(const MeetingListItem& meeting) {
+    m_detail.setLastRunDirectory(meeting.latestRun);
+    m_library.setSelectedSidebarItem(SidebarItem::meeting(meeting.id));
+    resetSpeakerReviewState();
+    if (meeting.isDraft())
+        showDraft(meeting);
+    else
+        refreshRun();
+}
+
+void AppModel::showDraft(const MeetingListItem& meeting) {
+    m_jobs.clearJobState();
+    m_detail.clearTranscript();
+    const auto draft = readDraft(meeting.id);
+    ProcessingSettings settings = m_diarizationDefaults.appliedTo({});
+    if (draft)
+        settings = draft->settings;
+    m_detail.setSettings(settings);
+    m_detail.setSelectedTitle(meeting.title);
+    m_recording.setStart(draft && draft->startedAt ? std::optional(fromReferenceSeconds(*draft->startedAt))
+                                                   : std::nullopt,
+                         m_services.clock->now());
+    const bool inProgress = draft && (draft->recordingStatus == recordingStatus::recording ||
+                                      draft->recordingStatus == recordingStatus::paused);
+    say(inProgress ? QStringLiteral("Meeting in progress") : QStringLiteral("Imported"));
+}
+
+void AppModel::refreshRun() {
+    if (!m_detail.lastRunDirectory())
+        return;
+    const QString run = *m_detail.lastRunDirectory();
+    const TranscriptResultReader reader;
+    auto result = reader.read(run);
+    m_jobs.readJobState(run);
+
+    const auto record = readRunAppMetadata(run);
+    RunIdentity identity(
+        run, record, [&] { return result ? std::optional(transcriptIdentity(*result)) : std::nullopt; },
+        [&] { return audioURLFromEvents(run); });
+    if (!m_detail.isEditingSelectedTitle())
+        m_detail.setSelectedTitle(identity.title());
+    m_detail.setSettings(record.value_or(RunAppMetadata()).settings);
+    m_jobs.updateRunProgress(run, identity.audioURL());
+    m_detail.setTranscript(std::move(result), reader.transcriptText(run));
+    if (m_detail.transcriptResult())
+        m_speakerReview.load(*m_detail.transcriptResult());
+    if (m_jobs.jobState())
+        say(withCapitalWords(m_jobs.jobState()->status));
+    reloadMeetings();
+}
+
+void AppModel::renameSelectedRun(const QString& text) {
+    const QString title = text.trimmed();
+    m_detail.setSelectedTitle(title);
+    const auto meeting = selectedMeeting();
+    if (!(meeting && meeting->isDraft()) && !m_detail.lastRunDirectory())
+        return;
+    try {
+        if (meeting && meeting->isDraft())
+            renameDraft(*meeting, title);
+        else
+            renameRuns(title);
+    } catch (const Error& error) {
+        say(QStringLiteral("Failed to rename: ") + error.text());
+        return;
+    }
+    reloadMeetings();
+    say(QStringLiteral("Renamed"));
+}
+
+// A plain replacement: a recording that is under way or waits for recovery becomes an imported meeting on the disk.
+void AppModel::renameDraft(const MeetingListItem& meeting, const QString& title) {
+    MeetingDraftMetadata draft;
+    draft.title = title;
+    draft.audioPath = meeting.audioURL.value_or(QString());
+    draft.settings = m_detail.settings().withOrderedBounds();
+    draft.recordingStatus = recordingStatus::imported;
+    writeMeetingDraft(draft, meeting.id);
+}
+
+// All runs of a meeting keep one title. Only the shown one's failure counts.
+void AppModel::renameRuns(const QString& title) {
+    const auto rename = [&title](const QString& run) {
+        RunAppMetadata record = readRunAppMetadata(run).value_or(RunAppMetadata());
+        record.title = title;
+        writeRunAppMetadata(record, run);
+    };
+    const QString shown = *m_detail.lastRunDirectory();
+    rename(shown);
+    const auto meeting = selectedMeeting();
+    for (const QString& run : meeting ? meeting->runURLs : std::vector<QString>()) {
+        if (run == shown)
+            continue;
+        try {
+            rename(run);
+        } catch (const Error&) {
+            // The newest run speaks for the meeting; an older one that cannot be written keeps its title.
+        }
+    }
+}
+
+void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
+    for (const QString& run : meeting.runURLs) {
+        if (const auto reason = removeAll(run)) {
+            say(QStringLiteral("Failed to delete: ") + lastPathComponent(run) + QStringLiteral(": ") + *reason);
+            return;
+        }
+    }
+    if (isPlainName(meeting.id))
+        removeAll(m_paths.meeting(meeting.id));
+    if (deleteAudio && meeting.audioURL && liesIn(*meeting.audioURL, m_paths.recordings()))
+        removeAll(*meeting.audioURL);
+
+    const auto& shown = m_detail.lastRunDirectory();
+    if (shown && std::find(meeting.runURLs.begin(), meeting.runURLs.end(), *shown) != meeting.runURLs.end()) {
+        m_detail.setLastRunDirectory(std::nullopt);
+        m_jobs.clearJobState();
+        m_detail.clearTranscript();
+        m_detail.setSelectedTitle({});
+        m_jobs.clearRunProgress();
+        m_library.restoreLatestRecording();
+    }
+    reloadMeetings();
+    const auto& meetings = m_library.meetings();
+    if (meetings.empty())
+        m_library.setSelectedSidebarItem(std::nullopt);
+    else
+        selectMeeting(MeetingListItem(meetings.front()));
+    say(QStringLiteral("Deleted"));
+}
+
+void AppModel::openLastRun() { m_services.workspace->open(m_detail.lastRunDirectory().value_or(m_paths.root)); }
+
+void AppModel::persistCurrentMeetingSettings() {
+    try {
+        const auto meeting = selectedMeeting();
+        if (meeting && meeting->isDraft()) {
+            MeetingDraftMetadata draft = readDraft(meeting->id).value_or(MeetingDraftMetadata());
+            draft.title = m_detail.selectedTitle();
+            draft.audioPath = meeting->audioURL.value_or(QString());
+            draft.settings = m_detail.settings().withOrderedBounds();
+            writeMeetingDraft(draft, meeting->id);
+        } else if (m_detail.lastRunDirectory()) {
+            const QString& run = *m_detail.lastRunDirectory();
+            RunAppMetadata record = readRunAppMetadata(run).value_or(RunAppMetadata());
+            record.settings = m_detail.settings();
+            writeRunAppMetadata(record, run);
+        }
+    } catch (const Error&) {
+        // The settings stay on screen and are written again with the next change or at the next processing.
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,33 @@
+// The platform as the model needs it, handed in by the composition root. All are shared with background tasks where
+// their interface allows another thread.
+#pragma once
+
+#include "CorvaneCore/Interfaces/AudioFileInspector.h"
+#include "CorvaneCore/Interfaces/Clock.h"
+#include "CorvaneCore/Interfaces/FileTree.h"
+#include "CorvaneCore/Interfaces/ProcessLauncher.h"
+#include "CorvaneCore/Interfaces/SecretStoring.h"
+#include "CorvaneCore/Interfaces/UserDefaults.h"
+#include "CorvaneCore/Interfaces/Workspace.h"
+
+#include <memory>
+#include <optional>
+
+namespace corvane {
+
+struct AppServices {
+    std::shared_ptr<SecretStoring> tokenStore;
+    std::shared_ptr<UserDefaults> defaults;
+    std::shared_ptr<const FileTree> files;
+    std::shared_ptr<ProcessLauncher> processes;
+    std::shared_ptr<const AudioFileInspector> audioFiles;
+    std::shared_ptr<Workspace> workspace;
+    std::shared_ptr<const Clock> clock;
+
+    // Of the running process, for finding the worker.
+    ProcessEnvironment environment;
+    QString currentDirectory;
+    std::optional<QString> bundleResourceDirectory;
+};
+
+} // namespace corvane

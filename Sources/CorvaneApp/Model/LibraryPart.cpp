@@ -1,0 +1,40 @@
+#include "CorvaneApp/Model/LibraryPart.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+LibraryPart::LibraryPart(const AppPaths& paths, std::shared_ptr<const FileTree> files, QObject* parent)
+    : ModelPart(parent), m_recordings(paths.recordings()), m_files(files), m_library(paths, files) {}
+
+std::optional<MeetingListItem> LibraryPart::selectedMeeting() const {
+    if (!m_selectedSidebarItem || m_selectedSidebarItem->kind != SidebarItem::Kind::meeting)
+        return std::nullopt;
+    return find(m_selectedSidebarItem->meetingID);
+}
+
+std::optional<MeetingListItem> LibraryPart::find(const QString& meetingID) const {
+    const auto found = std::find_if(m_meetings.begin(), m_meetings.end(),
+                                    [&](const MeetingListItem& meeting) { return meeting.id == meetingID; });
+    return found == m_meetings.end() ? std::nullopt : std::optional(*found);
+}
+
+void LibraryPart::reloadMeetings() {
+    publish(m_meetings, m_library.scan(), "meetings", &LibraryPart::meetingsChanged);
+}
+
+void LibraryPart::restoreLatestRecording() {
+    LatestRecording latest = latestRecording(m_recordings, *m_files);
+    if (latest.listed)
+        publish(m_lastRecording, std::move(latest.path), "lastRecording", &LibraryPart::lastRecordingChanged);
+}
+
+void LibraryPart::setSelectedSidebarItem(std::optional<SidebarItem> item) {
+    publish(m_selectedSidebarItem, std::move(item), "selectedSidebarItem", &LibraryPart::selectedSidebarItemChanged);
+}
+
+void LibraryPart::setImportProgress(std::optional<double> fraction) {
+    publish(m_importProgress, fraction, "importProgress", &LibraryPart::importProgressChanged);
+}
+
+} // namespace corvane

@@ -1,0 +1,60 @@
+#include "CorvaneCore/Library/AudioImport.h"
+
+#include "CorvaneContract/Transcripts/TranscriptResult.h"
+#include "CorvaneCore/Library/FileNames.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace corvane {
+
+namespace {
+
+constexpr qint64 blockBytes = 1024 * 1024;
+
+[[noreturn]] void fail(const QString& path, const QString& reason) {
+    throw AudioImportError(QStringLiteral("%1: %2").arg(lastPathComponent(path), reason));
+}
+
+} // namespace
+
+QString uniqueImportedAudioURL(const QString& recordings, const QString& source) {
+    const QString extension = pathExtension(source);
+    return recordings + QLatin1Char('/') + uuidText(QUuid::createUuid()) + QLatin1Char('.') +
+           (extension.isEmpty() ? QStringLiteral("wav") : extension);
+}
+
+void copyAudioFile(const QString& source, const QString& target, const std::function<void(double)>& progress) {
+    const QFileInfo info(source);
+    if (!info.exists())
+        fail(source, QStringLiteral("No such file or directory"));
+    if (!info.isFile())
+        fail(source, QStringLiteral("Not a file"));
+    QFile input(source);
+    if (!input.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        fail(source, input.errorString());
+    QSaveFile output(target);
+    if (!output.open(QIODevice::WriteOnly))
+        fail(target, output.errorString());
+    output.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+
+    const double total = static_cast<double>(input.size());
+    QByteArray block(blockBytes, Qt::Uninitialized);
+    for (qint64 copied = 0;;) {
+        const qint64 read = input.read(block.data(), block.size());
+        if (read < 0)
+            fail(source, input.errorString());
+        if (read == 0)
+            break;
+        if (output.write(block.constData(), read) != read)
+            fail(target, output.errorString());
+        copied += read;
+        if (total > 0)
+            progress(static_cast<double>(copied) / total);
+    }
+    if (!output.commit())
+        fail(target, output.errorString());
+}
+
+} // namespace corvane
