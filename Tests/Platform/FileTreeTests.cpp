@@ -123,6 +123,18 @@ TEST_F(FileTreeTest, AFolderWithoutPermissionIsAbsent) {
     ASSERT_EQ(::chmod(path.constData(), 0700), 0);
 }
 
+TEST_F(FileTreeTest, ManyStampsComeInTheOrderOfTheirPaths) {
+    for (const char* name : {"1", "22", "333"})
+        writeFileAtomically(at(name), name);
+    std::vector<QString> names;
+    for (int i = 0; i < 20'001; ++i)
+        names.push_back(QString(i % 3 + 1, QChar('1' + i % 3)));
+    const auto stamps = tree.stamps(directory.path(), names);
+    ASSERT_EQ(stamps.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        ASSERT_EQ(stamps[i].size, names[i].size()) << i;
+}
+
 TEST(FileStamp, SettlesLaterWhereTheFileSystemKeepsWholeSeconds) {
     constexpr std::int64_t second = 1'000'000'000;
     FileStamp fine{.modifiedNanoseconds = 100 * second, .statusNanoseconds = 100 * second + 1};

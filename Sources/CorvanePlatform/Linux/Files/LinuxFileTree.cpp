@@ -8,9 +8,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <memory>
+#include <system_error>
+#include <thread>
 
 namespace corvane {
 
@@ -78,8 +81,28 @@ std::vector<FileStamp> LinuxFileTree::stamps(const QString& directory,
     const UniqueFd fd = openDirectory(directory, O_PATH);
     if (!fd)
         return result;
-    for (std::size_t i = 0; i < result.size(); ++i)
-        result[i] = stampAt(fd.get(), relativePaths[i]);
+    const auto stampRange = [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i)
+            result[i] = stampAt(fd.get(), relativePaths[i]);
+    };
+    // The time goes into the kernel's walk along the path, about 1.3 µs each, so that further cores help.
+    constexpr std::size_t worthAThread = 4096;
+    const std::size_t parts = std::clamp<std::size_t>(result.size() / worthAThread, 1,
+                                                      std::clamp(std::thread::hardware_concurrency(), 1U, 4U));
+    const std::size_t share = result.size() / parts;
+    std::size_t begin = 0;
+    {
+        std::vector<std::jthread> helpers;
+        try {
+            while (helpers.size() + 1 < parts) {
+                helpers.emplace_back(stampRange, begin, begin + share);
+                begin += share;
+            }
+        } catch (const std::system_error&) {
+            // No further thread to be had: the rest is done here.
+        }
+        stampRange(begin, result.size());
+    }
     return result;
 }
 
