@@ -1,3 +1,5 @@
+#include "Support/PrintQt.h"
+
 #include "CorvaneContract/Files/Files.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 
@@ -75,7 +77,8 @@ TEST_F(FileTreeTest, StampsWhatALinkLeadsToAndNeverBlocks) {
         EXPECT_EQ(tree.stamp(name[0] ? at(name) : QString()), FileStamp()) << name;
     EXPECT_EQ(tree.stamp(at("file") + QChar(0) + QStringLiteral("x")), FileStamp());
 
-    const std::vector<QString> names{QStringLiteral("fifo"), QStringLiteral("absent"), QStringLiteral("folder/../file")};
+    const std::vector<QString> names{QStringLiteral("fifo"), QStringLiteral("absent"),
+                                     QStringLiteral("folder/../file")};
     EXPECT_THAT(tree.stamps(directory.path(), names), testing::ElementsAre(tree.stamp(at("fifo")), FileStamp(), file));
     EXPECT_THAT(tree.stamps(at("absent"), names), testing::Each(FileStamp()));
 }
