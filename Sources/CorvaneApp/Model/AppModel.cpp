@@ -7,8 +7,12 @@
 namespace corvane {
 
 AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
-    : QObject(parent), m_paths(std::move(paths)), m_services(std::move(services)), m_library(m_paths, m_services.files),
-      m_diarizationDefaults(m_services.defaults), m_detail(m_diarizationDefaults.appliedTo({})),
+    : QObject(parent),
+      m_paths(std::move(paths)),
+      m_services(std::move(services)),
+      m_library(m_paths, m_services.files),
+      m_diarizationDefaults(m_services.defaults),
+      m_detail(m_diarizationDefaults.appliedTo({})),
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock) {
     try {
         m_paths.createDirectories();
@@ -36,13 +40,15 @@ std::optional<QString> AppModel::currentAudioURL() const {
     return audio ? audio : m_library.lastRecording();
 }
 
-bool AppModel::canProcess() const { return !isProcessing() && currentAudioURL(); }
+bool AppModel::canProcess() const {
+    return !isProcessing() && currentAudioURL();
+}
 
 bool AppModel::hasRecoverableRecording() const {
     const auto meeting = selectedMeeting();
     const auto draft = meeting ? readDraft(meeting->id) : std::nullopt;
-    return draft && (draft->recordingStatus == recordingStatus::recording ||
-                     draft->recordingStatus == recordingStatus::paused);
+    return draft &&
+           (draft->recordingStatus == recordingStatus::recording || draft->recordingStatus == recordingStatus::paused);
 }
 
 void AppModel::restoreLatestMeeting() {
@@ -54,11 +60,13 @@ void AppModel::restoreLatestMeeting() {
 // directory is no id of the list, so that no row shows as selected until the user picks one.
 void AppModel::restoreSidebarSelection() {
     const auto& shown = m_detail.lastRunDirectory();
-    m_library.setSelectedSidebarItem(
-        shown ? SidebarItem::meeting(RunIdentity::ofDirectory(*shown).meetingID()) : SidebarItem::settings());
+    m_library.setSelectedSidebarItem(shown ? SidebarItem::meeting(RunIdentity::ofDirectory(*shown).meetingID())
+                                           : SidebarItem::settings());
 }
 
-void AppModel::resetSpeakerReviewState() { m_speakerReview.reset(); }
+void AppModel::resetSpeakerReviewState() {
+    m_speakerReview.reset();
+}
 
 // A meeting's id can come out of a document. One that is no plain name belongs to no directory of ours.
 std::optional<MeetingDraftMetadata> AppModel::readDraft(const QString& meetingID) const {

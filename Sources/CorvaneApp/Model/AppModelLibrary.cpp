@@ -16,7 +16,9 @@ namespace corvane {
 
 namespace {
 
-std::filesystem::path nativePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
+std::filesystem::path nativePath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
 
 // Removes a file or a directory with all that is in it. Of a link only the link goes. Gives the system's words on
 // failure and nothing on success, also where there was nothing.
@@ -42,7 +44,9 @@ QString withCapitalWords(QString text) {
 
 } // namespace
 
-void AppModel::reloadMeetings() { m_library.reloadMeetings(); }
+void AppModel::reloadMeetings() {
+    m_library.reloadMeetings();
+}
 
 void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
     m_library.setSelectedSidebarItem(item);
@@ -84,10 +88,11 @@ void AppModel::refreshRun() {
         return;
     const QString run = *m_detail.lastRunDirectory();
     const TranscriptResultReader reader;
-    auto result = reader.read(run);
     m_jobs.readJobState(run);
+    m_detail.setTranscript(reader.read(run), reader.transcriptText(run));
 
     const auto record = readRunAppMetadata(run);
+    const auto& result = m_detail.transcriptResult();
     RunIdentity identity(
         run, record, [&] { return result ? std::optional(transcriptIdentity(*result)) : std::nullopt; },
         [&] { return audioURLFromEvents(run); });
@@ -95,9 +100,8 @@ void AppModel::refreshRun() {
         m_detail.setSelectedTitle(identity.title());
     m_detail.setSettings(record.value_or(RunAppMetadata()).settings);
     m_jobs.updateRunProgress(run, identity.audioURL());
-    m_detail.setTranscript(std::move(result), reader.transcriptText(run));
-    if (m_detail.transcriptResult())
-        m_speakerReview.load(*m_detail.transcriptResult());
+    if (result)
+        m_speakerReview.load(*result);
     if (m_jobs.jobState())
         say(withCapitalWords(m_jobs.jobState()->status));
     reloadMeetings();
@@ -183,7 +187,9 @@ void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     say(QStringLiteral("Deleted"));
 }
 
-void AppModel::openLastRun() { m_services.workspace->open(m_detail.lastRunDirectory().value_or(m_paths.root)); }
+void AppModel::openLastRun() {
+    m_services.workspace->open(m_detail.lastRunDirectory().value_or(m_paths.root));
+}
 
 void AppModel::persistCurrentMeetingSettings() {
     try {

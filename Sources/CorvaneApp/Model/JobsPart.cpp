@@ -31,7 +31,9 @@ void JobsPart::setIsLaunching(bool launching) {
     publish(m_isLaunching, launching, "isLaunching", &JobsPart::isLaunchingChanged);
 }
 
-void JobsPart::setLastLaunch(ProcessingRun run) { m_lastLaunch = std::move(run); }
+void JobsPart::setLastLaunch(ProcessingRun run) {
+    m_lastLaunch = std::move(run);
+}
 
 std::optional<double> JobsPart::audioDurationSeconds(const QString& audio) {
     const std::int64_t settledBefore = m_files->settledBefore();

@@ -6,8 +6,7 @@ MeetingDetailPart::MeetingDetailPart(ProcessingSettings settings, QObject* paren
     : ModelPart(parent), m_settings(std::move(settings)) {}
 
 void MeetingDetailPart::setLastRunDirectory(std::optional<QString> directory) {
-    publish(m_lastRunDirectory, std::move(directory), "lastRunDirectory",
-            &MeetingDetailPart::lastRunDirectoryChanged);
+    publish(m_lastRunDirectory, std::move(directory), "lastRunDirectory", &MeetingDetailPart::lastRunDirectoryChanged);
 }
 
 void MeetingDetailPart::setSelectedTitle(QString title) {

@@ -20,7 +20,7 @@ Q_SIGNALS:
     void aboutToChange(const char* field);
 
 protected:
-    template <typename Part, typename T>
+    template<typename Part, typename T>
     void publish(T& field, T value, const char* name, void (Part::*changed)()) {
         if (field == value)
             return;

@@ -9,7 +9,9 @@ void SpeakerReviewPart::load(const TranscriptResult& result) {
     publishAll(std::move(mappings), result.speakerProfileAssignments, result.speakerProfileMatches);
 }
 
-void SpeakerReviewPart::reset() { publishAll({}, {}, {}); }
+void SpeakerReviewPart::reset() {
+    publishAll({}, {}, {});
+}
 
 void SpeakerReviewPart::setName(const QString& speaker, const QString& name) {
     SpeakerNames mappings = m_mappings;

@@ -29,6 +29,11 @@ struct FileStamp {
     }
 };
 
+// Whether a stamp tells everything that happened up to `settledBeforeNanoseconds` (FileTree::settledBefore()). A file
+// system that keeps whole seconds, or every second one as FAT does, shows itself by a change time without a fraction:
+// such a stamp has to be two seconds older. What is missing is settled. Any thread.
+[[nodiscard]] bool isSettled(const FileStamp& stamp, std::int64_t settledBeforeNanoseconds);
+
 class FileTree {
 public:
     virtual ~FileTree() = default;
@@ -44,7 +49,8 @@ public:
                                                         const std::vector<QString>& relativePaths) const = 0;
 
     // The time, in nanoseconds since 1970-01-01 UTC, up to which a change would surely have moved a stamp taken now:
-    // a file whose stamp is younger may still change without its stamp changing.
+    // a file whose stamp is younger may still change without its stamp changing. Taken before the stamp and the content
+    // are; see isSettled().
     [[nodiscard]] virtual std::int64_t settledBefore() const = 0;
 };
 

@@ -22,7 +22,7 @@ public:
 using ProcessEnvironment = std::map<QString, QString>;
 
 struct ProcessRequest {
-    QString executable;
+    QString executable;    // a path; a bare name is not searched for
     QStringList arguments; // without the executable itself; passed as they are, no shell
     // Added to the application's own environment, replacing keys of the same name. Empty: the application's as it is.
     ProcessEnvironment environment;
@@ -53,12 +53,15 @@ public:
 
     virtual ~ProcessLauncher() = default;
 
-    // Throws LaunchError if a log file cannot be opened or the process cannot be started.
+    // Throws LaunchError if a log file cannot be opened or the process cannot be started, and then nothing runs and the
+    // handler is never called. The text is the system's own: “No such file or directory”, with the log file's name and
+    // a colon before it where a log file is at fault. The handler must not throw; an empty one is fine.
     [[nodiscard]] virtual std::shared_ptr<LaunchedProcess> launch(const ProcessRequest& request,
                                                                   TerminationHandler onTermination) = 0;
 
-    // Runs a command to its end in the inherited environment and returns what it said. Blocks: never on the main
-    // thread. Throws LaunchError if it cannot be started.
+    // Runs a command to its end in the inherited environment and returns what it said, the first MiB of it. Blocks:
+    // never on the main thread. It is no launched process: it shares the session, so that Ctrl-C ends it too. Throws
+    // LaunchError if it cannot be started.
     [[nodiscard]] virtual CommandResult run(const QString& executable, const QStringList& arguments) = 0;
 };
 

@@ -52,16 +52,13 @@ QByteArray launchStateText(const QString& workerPath) {
 }
 
 QByteArray launchMetadataText(const QString& audio) {
-    const auto escaped = [](QString text) {
-        return text.replace(QLatin1Char('"'), QLatin1String("\\\"")).toUtf8();
-    };
-    return QByteArray("{\n  \"title\": \"") + escaped(fileTitle(audio)) + "\",\n  \"audio_path\": \"" +
-           escaped(audio) + "\"\n}";
+    const auto escaped = [](QString text) { return text.replace(QLatin1Char('"'), QLatin1String("\\\"")).toUtf8(); };
+    return QByteArray("{\n  \"title\": \"") + escaped(fileTitle(audio)) + "\",\n  \"audio_path\": \"" + escaped(audio) +
+           "\"\n}";
 }
 
 QByteArray workerExitStateText(std::int32_t status) {
-    return stateText("failed",
-                     QStringLiteral("worker exited with status %1; see worker.stderr.log").arg(status));
+    return stateText("failed", QStringLiteral("worker exited with status %1; see worker.stderr.log").arg(status));
 }
 
 JobQueue::JobQueue(AppPaths paths, WorkerCommandBuilder worker, std::shared_ptr<ProcessLauncher> launcher)
@@ -95,8 +92,8 @@ ProcessingRun JobQueue::launch(const LaunchOrder& order) const {
     request.environment = order.environment;
     request.standardOutput = runFiles::in(runDirectory, runFiles::standardOutputLog);
     request.standardError = runFiles::in(runDirectory, runFiles::standardErrorLog);
-    auto process = m_launcher->launch(
-        request, [runDirectory](std::int32_t status) { noteTermination(runDirectory, status); });
+    auto process =
+        m_launcher->launch(request, [runDirectory](std::int32_t status) { noteTermination(runDirectory, status); });
     return {.process = std::move(process), .runDirectory = runDirectory};
 }
 

@@ -9,15 +9,14 @@ namespace {
 constexpr double ceilingWhileRunning = 0.98;
 
 // The time of the first event that fits; absent also if that event has no time.
-template <typename Fits>
+template<typename Fits>
 std::optional<QDateTime> firstTime(const std::vector<WorkerJobEvent>& events, Fits fits) {
     const auto found = std::find_if(events.begin(), events.end(), fits);
     return found == events.end() ? std::nullopt : found->timestamp;
 }
 
 bool endsRun(const WorkerJobEvent& event) {
-    return event.type == jobEvents::completed || event.type == jobEvents::failed ||
-           event.type == jobEvents::cancelled;
+    return event.type == jobEvents::completed || event.type == jobEvents::failed || event.type == jobEvents::cancelled;
 }
 
 bool endsTranscription(const WorkerJobEvent& event) {
@@ -30,8 +29,7 @@ double secondsBetween(const QDateTime& from, const QDateTime& to) {
 
 std::optional<QString> llmText(const WorkerJobEvent& event) {
     if (event.type == jobEvents::llmCompleted) {
-        const QString model =
-            stringAt(event.payload, QStringLiteral("model")).value_or(QStringLiteral("local model"));
+        const QString model = stringAt(event.payload, QStringLiteral("model")).value_or(QStringLiteral("local model"));
         return QStringLiteral("Speaker context generated with ") + model + QLatin1Char('.');
     }
     if (event.type == jobEvents::llmFailed) {

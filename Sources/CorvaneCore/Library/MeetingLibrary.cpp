@@ -21,14 +21,14 @@ FileTime modificationTime(const FileStamp& stamp) {
     return stamp.kind == FileStamp::Kind::missing ? distantPast : stamp.modifiedNanoseconds;
 }
 
-template <typename Item>
+template<typename Item>
 void sortNewestFirst(std::vector<Item>& items) {
     std::stable_sort(items.begin(), items.end(),
                      [](const Item& a, const Item& b) { return a.modifiedAt > b.modifiedAt; });
 }
 
 // What is remembered of one file: a value and the stamp it was read under.
-template <typename T>
+template<typename T>
 struct Remembered {
     FileStamp stamp;
     bool settled = false;
@@ -37,7 +37,7 @@ struct Remembered {
     [[nodiscard]] bool holds(const FileStamp& now) const { return settled && stamp == now; }
 
     // The stamp was taken before the file is read, so that a change in between shows in the next stamp.
-    template <typename Read>
+    template<typename Read>
     void renew(const FileStamp& now, std::int64_t settledBefore, Read read) {
         stamp = now;
         settled = isSettled(now, settledBefore);

@@ -57,7 +57,7 @@ void encodeSettings(QJsonObject& object, const ProcessingSettings& settings) {
     object.insert(QStringLiteral("max_speaker_count"), settings.maxSpeakerCount);
 }
 
-template <typename Decode>
+template<typename Decode>
 auto readDocument(const QString& directory, const QString& file, Decode decode)
     -> std::optional<decltype(decode(QByteArray()))> {
     const auto content = readFile(directory + QLatin1Char('/') + file);

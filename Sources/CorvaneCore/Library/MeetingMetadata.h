@@ -50,9 +50,9 @@ struct MeetingDraftMetadata {
     QString audioPath; // absolute; for a recording set before the file exists
     ProcessingSettings settings;
     QString recordingStatus = recordingStatus::imported;
-    std::optional<double> startedAt;         // seconds since 2001-01-01T00:00:00Z, as the document has it
-    std::optional<QString> chunksDirectory;  // absolute
-    std::vector<QString> chunks;             // absolute paths of the closed chunks, in the order they closed
+    std::optional<double> startedAt;        // seconds since 2001-01-01T00:00:00Z, as the document has it
+    std::optional<QString> chunksDirectory; // absolute
+    std::vector<QString> chunks;            // absolute paths of the closed chunks, in the order they closed
 
     friend bool operator==(const MeetingDraftMetadata&, const MeetingDraftMetadata&) = default;
 };

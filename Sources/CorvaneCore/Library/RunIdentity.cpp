@@ -24,7 +24,9 @@ TranscriptIdentity transcriptIdentity(const TranscriptResult& result) {
 
 RunIdentity::RunIdentity(QString runDirectory, std::optional<RunAppMetadata> record, TranscriptSource transcript,
                          EventAudioSource eventAudio)
-    : m_runDirectory(std::move(runDirectory)), m_record(std::move(record)), m_readTranscript(std::move(transcript)),
+    : m_runDirectory(std::move(runDirectory)),
+      m_record(std::move(record)),
+      m_readTranscript(std::move(transcript)),
       m_readEventAudio(std::move(eventAudio)) {}
 
 RunIdentity RunIdentity::ofDirectory(const QString& runDirectory) {

@@ -21,10 +21,10 @@ class DefaultDiarizationSettings {
 public:
     explicit DefaultDiarizationSettings(const UserDefaults& defaults) : m_defaults(defaults) {}
 
-    [[nodiscard]] qint64 speakerCount() const;     // 2 if absent; at least 1
-    [[nodiscard]] bool diarizationEnabled() const; // true if absent
-    [[nodiscard]] QString speakerCountMode() const; // "auto" if absent or not one of the three words
-    [[nodiscard]] qint64 minSpeakerCount() const;  // 1 if absent; at least 1
+    [[nodiscard]] qint64 speakerCount() const;              // 2 if absent; at least 1
+    [[nodiscard]] bool diarizationEnabled() const;          // true if absent
+    [[nodiscard]] QString speakerCountMode() const;         // "auto" if absent or not one of the three words
+    [[nodiscard]] qint64 minSpeakerCount() const;           // 1 if absent; at least 1
     [[nodiscard]] qint64 maxSpeakerCount(qint64 min) const; // 8 if absent; at least `min`
 
 private:

@@ -1,0 +1,15 @@
+// Lets GoogleTest print texts as texts.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <ostream>
+
+inline void PrintTo(const QString& text, std::ostream* stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QByteArray& bytes, std::ostream* stream) {
+    *stream << '"' << bytes.toStdString() << '"';
+}
