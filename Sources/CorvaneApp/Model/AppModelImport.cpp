@@ -5,6 +5,7 @@
 #include "CorvaneCore/Library/AudioImport.h"
 #include "CorvaneCore/Library/FileNames.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QPointer>
@@ -28,7 +29,7 @@ QFuture<std::optional<QString>> AppModel::importAudioFile(const QString& chosen)
     };
     // The worker thread never touches the model: it posts to the main thread, where a model that is gone is skipped.
     const auto post = [context = QPointer<QObject>(this), report](double fraction) {
-        QMetaObject::invokeMethod(qApp, [context, report, fraction] {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [context, report, fraction] {
             if (context)
                 report(fraction);
         });
