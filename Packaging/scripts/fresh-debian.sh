@@ -20,6 +20,7 @@ shift
 suite=bookworm
 
 # Where this machine gets Debian from: lines "URI SUITE".
+# shellcheck disable=SC2016 # the names in it are apt's
 sources=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' 'Created-By: Packages' 'Component: main' |
     grep -E " $suite(-updates|-security)?\$" | sort -u) || die "This machine has no apt source for Debian $suite."
 
