@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 
 namespace corvane {
 
@@ -42,7 +41,7 @@ std::optional<QByteArray> readFile(const QString& path, qint64 maximumBytes) {
     content.truncate(read);
     // A file that grows while it is read has more to give, up to the limit.
     while (content.size() <= maximumBytes) {
-        const QByteArray more = file.read(64 * 1024);
+        const QByteArray more = file.read(qint64{64} * 1024);
         if (more.isEmpty())
             return file.error() == QFileDevice::NoError ? std::optional(content) : std::nullopt;
         content.append(more);
@@ -77,7 +76,7 @@ void createPrivateDirectory(const QString& path) {
     if (parent != path)
         createPrivateDirectory(parent);
     if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
-        fail(path, QString::fromLocal8Bit(std::strerror(errno)));
+        fail(path, qt_error_string(errno));
     if (!QFileInfo(path).isDir())
         fail(path, QStringLiteral("Not a directory"));
 }

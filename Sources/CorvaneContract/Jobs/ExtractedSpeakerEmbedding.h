@@ -24,6 +24,6 @@ struct ExtractedSpeakerEmbedding {
 
 // Throws JsonError. Only "source_run_id" may be missing or null.
 [[nodiscard]] ExtractedSpeakerEmbedding decodeExtractedSpeakerEmbedding(const QByteArray& json);
-[[nodiscard]] QByteArray encodeExtractedSpeakerEmbedding(const ExtractedSpeakerEmbedding& embedding);
+[[nodiscard]] QByteArray encodeExtractedSpeakerEmbedding(const ExtractedSpeakerEmbedding& value);
 
 } // namespace corvane

@@ -10,9 +10,9 @@ namespace corvane {
 struct AppPaths {
     QString root;
 
-    // Without a root: the directory `Corvane` in the user's data directory ($XDG_DATA_HOME, else ~/.local/share).
+    // Without a location: the directory `Corvane` in the user's data directory ($XDG_DATA_HOME, else ~/.local/share).
     // Ends the program if the platform names no such directory.
-    explicit AppPaths(const std::optional<QString>& root);
+    explicit AppPaths(const std::optional<QString>& location);
 
     [[nodiscard]] QString recordings() const { return root + QStringLiteral("/recordings"); }
     [[nodiscard]] QString runs() const { return root + QStringLiteral("/runs"); }

@@ -1,0 +1,160 @@
+"""Checks that includes and links point the way that rules.toml allows.
+
+The compiler sees to part of this (a module finds only the headers of what it links); this script sees to the rest: all
+modules lie under one include root, so a header of Platform is in reach of Core, and so is every system header.
+"""
+
+import fnmatch
+import re
+import tomllib
+from pathlib import Path
+
+import tree
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+GENERATED = re.compile(r"moc_\w+\.cpp|\w+\.moc")
+
+
+class Rules:
+    def __init__(self, path):
+        table = tomllib.loads(path.read_text())
+        self.modules = {module["name"]: module for module in table["module"]}
+        self.headers = {name: re.compile("|".join(f"(?:{p})" for p in patterns))
+                        for name, patterns in table["headers"].items()}
+        self.common_links = table["common"]["links"]
+        self.parts_path = Path(table["parts"]["path"])
+        self.controller = table["parts"]["controller"]
+        for module in self.modules.values():
+            for name in module["uses"]:
+                if name not in self.modules:
+                    raise SystemExit(f"{path}: module {module['name']} uses {name}, which is no module")
+                if module["name"] in self.modules[name]["uses"]:
+                    raise SystemExit(f"{path}: modules {module['name']} and {name} use each other")
+
+    def module_of(self, path):
+        """The module with the longest path that this path, relative to the root, lies in."""
+        holding = [module for module in self.modules.values() if tree.under(path, module["path"])]
+        return max(holding, key=lambda module: len(module["path"]), default=None)
+
+
+class QtHeaders:
+    """Finds the Qt module that a header belongs to, by looking where Qt's headers are installed."""
+
+    def __init__(self, root):
+        self.modules = sorted(path for path in Path(root).glob("Qt*") if path.is_dir())
+
+    def module_of(self, header):
+        first, _, rest = header.partition("/")
+        if rest and re.fullmatch(r"Qt[A-Z]\w*", first):
+            return first
+        return next((path.name for path in self.modules if (path / header).is_file()), None)
+
+
+def includes(path):
+    for number, line in enumerate(path.read_text().splitlines(), 1):
+        match = INCLUDE.match(line)
+        if match:
+            yield number, match[1] == '"', match[2]
+
+
+def project_include(rules, root, module, header):
+    """Why this quoted include is wrong, or None."""
+    if GENERATED.fullmatch(header):
+        return None
+    if not (root / "Sources" / header).is_file():
+        return f'"{header}" is no path below Sources/'
+    target = rules.module_of(Path("Sources") / header)
+    if target is None:
+        return f'"{header}" belongs to no module of rules.toml'
+    if target is not module and target["name"] not in module["uses"]:
+        return f'{module["name"]} must not know {target["name"]}: "{header}"'
+    return None
+
+
+def outside_include(rules, qt, module, header):
+    if header.startswith(("Corvane", "../")):
+        return f'<{header}>: headers of this project are included in double quotes'
+    if any(name in rules.headers and rules.headers[name].fullmatch(header) for name in module["headers"]):
+        return None
+    qt_module = qt.module_of(header)
+    if qt_module in module["headers"]:
+        return None
+    origin = f" of {qt_module}" if qt_module else ""
+    return f'{module["name"]} must not include <{header}>{origin}'
+
+
+def is_part(root, rules, header):
+    """A header in the controller's directory with an object in it, the controller apart."""
+    path = root / header
+    return (header.suffix == ".h" and not header.name.startswith(rules.controller) and path.is_file()
+            and re.search(r"^\s*Q_OBJECT\b", path.read_text(), re.MULTILINE) is not None)
+
+
+def part_include(rules, root, path, header):
+    """Why a file in the controller's directory must not include this header, or None."""
+    target = Path("Sources") / header
+    if not tree.under(path, rules.parts_path) or not tree.under(target, rules.parts_path):
+        return None
+    if path.name.startswith(rules.controller):
+        return None
+    if target.name.startswith(rules.controller):
+        return f'only {rules.controller} knows {rules.controller}: "{header}"'
+    if is_part(root, rules, target) and not path.stem.startswith(target.stem):
+        return f'a part must not know another part: "{header}"'
+    return None
+
+
+def check_includes(rules, qt, root, paths):
+    for path in paths:
+        module = rules.module_of(path)
+        if module is None:
+            yield f"{path}: belongs to no module of rules.toml"
+            continue
+        for number, quoted, header in includes(root / path):
+            if quoted:
+                fault = project_include(rules, root, module, header) or part_include(rules, root, path, header)
+            else:
+                fault = outside_include(rules, qt, module, header)
+            if fault:
+                yield f"{path}:{number}: {fault}"
+
+
+def check_links(rules, targets):
+    """targets: name -> (directory relative to the root, linked names)."""
+    for name, (directory, linked) in targets.items():
+        module = rules.module_of(Path(directory))
+        if module is None:
+            yield f"{directory}: target {name} belongs to no module of rules.toml"
+            continue
+        for link in linked:
+            if link in targets:
+                other = rules.module_of(Path(targets[link][0]))
+                if other is not None and other is not module and other["name"] not in module["uses"]:
+                    yield f"{directory}: target {name} of {module['name']} must not link {link} of {other['name']}"
+            elif not any(fnmatch.fnmatchcase(link, pattern) for pattern in module["links"] + rules.common_links):
+                yield f"{directory}: target {name} of {module['name']} must not link {link}"
+
+
+def read_links(path):
+    """The file that CMakeLists.txt beside this script writes: a line "directory|target|links" for each target."""
+    targets = {}
+    for line in Path(path).read_text().splitlines():
+        directory, name, links = line.split("|", 2)
+        # $<LINK_ONLY:X> marks a private link; what counts is X.
+        linked = {re.sub(r"\$<[A-Z_]+:([^<>]*)>", r"\1", link) for link in links.split(";")}
+        targets[name] = (directory, sorted(link for link in linked if link and not link.startswith("::@")))
+    return targets
+
+
+def main():
+    options = tree.arguments(__doc__, "rules", "qt-headers", "links")
+    rules = Rules(Path(options.rules))
+    qt = QtHeaders(options.qt_headers)
+    paths = [path for path in tree.files(options.root) if tree.is_source(path) and tree.under(path, "Sources")]
+    targets = read_links(options.links)
+    findings = [*check_includes(rules, qt, options.root, paths), *check_links(rules, targets)]
+    tree.finish(findings, len(paths) if targets else 0)
+
+
+if __name__ == "__main__":
+    main()
