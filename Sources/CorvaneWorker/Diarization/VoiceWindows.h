@@ -1,0 +1,35 @@
+// Voices as vectors: windows of speech, their statistics, and the projection that makes vectors of one voice alike and
+// of two voices different. Pure functions of their inputs, except for scratch space; one thread.
+#pragma once
+
+#include "CorvaneWorker/Audio/SampleStore.h"
+#include "CorvaneWorker/Speech/VoiceActivity.h"
+
+#include <Eigen/Core>
+
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace corvane {
+
+// Rows are windows.
+using WindowMatrix = Eigen::Matrix<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
+
+struct VoiceWindows {
+    std::vector<FrameRange> ranges;
+    WindowMatrix vectors; // one row per range
+};
+
+// Windows of 1.5 s every 0.75 s within each stretch; a stretch shorter than that is one window if it has half a second.
+[[nodiscard]] std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech);
+
+// The statistics of every window that has enough clear speech: cepstra and their movement, pitch. Not yet projected.
+[[nodiscard]] VoiceWindows measureWindows(const SampleStore& samples, std::span<const FrameRange> speech,
+                                          const std::function<void(double)>& progress);
+
+// Minus the mean of the background voices, times the projection that evens out what varies within one voice; both were
+// learned from other recordings (VoiceBackground.h).
+[[nodiscard]] WindowMatrix projectWindows(const WindowMatrix& statistics);
+
+} // namespace corvane

@@ -1,0 +1,175 @@
+#include "CorvaneWorker/Run/ProcessRun.h"
+
+#include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneContract/Jobs/WorkerArguments.h"
+#include "CorvaneContract/Transcripts/TranscriptText.h"
+#include "CorvaneWorker/Audio/AudioDecoder.h"
+#include "CorvaneWorker/Diarization/Diarizer.h"
+#include "CorvaneWorker/Run/Log.h"
+#include "CorvaneWorker/Run/RunReporter.h"
+#include "CorvaneWorker/Run/SignalWatch.h"
+#include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/Speech/Recognizer.h"
+#include "CorvaneWorker/Transcript/SegmentAssembly.h"
+#include "CorvaneWorker/WorkerError.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+// Where each stage ends in the fraction of the whole run, by the time that it takes.
+constexpr double decodedProgress = 0.05;
+constexpr double transcribedProgress = 0.93;
+constexpr double separatedProgress = 0.99;
+
+constexpr unsigned mostDecoders = 8; // each takes some 130 MB
+
+class ProcessRun {
+public:
+    ProcessRun(const ProcessCommand& command, RunReporter& reporter)
+        : m_command(command), m_reporter(reporter) {}
+
+    void run() {
+        m_reporter.started(m_command.audio);
+        requireModelForLanguage(m_command.language);
+        m_model = installedSpeechModel();
+        SampleStore samples(m_command.outDirectory);
+        decode(samples);
+        recognize(samples);
+        separate(samples);
+        if (qEnvironmentVariable("CORVANE_WORKER_LLM", QStringLiteral("off")) != QLatin1String("off"))
+            logLine(QStringLiteral("%1 is set, but this worker has no language-model step.")
+                        .arg(workerEnvironment::llm));
+        m_reporter.event(jobEvents::llmSkipped);
+        finish();
+    }
+
+private:
+    void decode(SampleStore& samples) {
+        m_reporter.stage(QStringLiteral("Decoding audio"), 0.0);
+        FrameLevels levels;
+        const auto sink = [&samples, &levels](std::span<const std::int16_t> block) {
+            samples.append(block);
+            levels.add(block);
+        };
+        const auto decoded = decodeAudio(m_command.audio, sink, [this](double fraction) {
+            m_reporter.progressed(fraction * decodedProgress);
+        });
+        for (const QString& note : decoded.notes)
+            logLine(note);
+        m_duration = secondsOfSamples(decoded.sampleCount);
+        m_speech = findSpeech(levels.levels());
+        m_regions = speechRegions(m_speech, levels.levels());
+    }
+
+    void recognize(const SampleStore& samples) {
+        m_reporter.stage(QStringLiteral("Transcribing"), decodedProgress);
+        m_reporter.recognized(0.0);
+        const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostDecoders);
+        m_words = recognizeRegions(samples, m_regions, m_model, threads, [this](double fraction) {
+            m_reporter.recognized(fraction);
+            m_reporter.progressed(decodedProgress + fraction * (transcribedProgress - decodedProgress));
+        });
+        m_reporter.recognized(1.0);
+    }
+
+    void separate(const SampleStore& samples) {
+        if (m_command.separation == SpeakerSeparation::Off)
+            return;
+        m_reporter.stage(QStringLiteral("Telling speakers apart"), transcribedProgress);
+        m_turns = diarize(samples, m_speech, m_command.speakers, [this](double fraction) {
+            m_reporter.progressed(transcribedProgress + fraction * (separatedProgress - transcribedProgress));
+        });
+    }
+
+    [[nodiscard]] JSONValue::Object metadata() const {
+        const bool separated = m_command.separation == SpeakerSeparation::On;
+        return {{QStringLiteral("audio"), m_command.audio},
+                {QStringLiteral("language"), m_command.language},
+                {QStringLiteral("duration"), std::round(m_duration * 1000.0) / 1000.0},
+                {QStringLiteral("engine"), QStringLiteral("corvane-worker")},
+                {QStringLiteral("worker_version"), QStringLiteral(CORVANE_VERSION)},
+                {QStringLiteral("asr_engine"), QStringLiteral("PocketSphinx")},
+                {QStringLiteral("asr_model"), m_model.name},
+                {QStringLiteral("diarization"), separated ? diarizationName() : QStringLiteral("off")},
+                {QStringLiteral("voice_model"), voiceModelID}};
+    }
+
+    void finish() {
+        TranscriptResult result;
+        result.metadata = metadata();
+        result.segments = assembleSegments(m_words, m_turns);
+        result.speakers = summarizeSpeakers(result.segments);
+        const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
+        const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
+        const bool silent = result.segments.empty();
+        m_reporter.complete(
+            silent ? QStringLiteral("No speech was found") : QStringLiteral("Completed"),
+            {{QStringLiteral("result"), resultPath}, {QStringLiteral("transcript"), textPath}}, [&] {
+                writeFileAtomically(textPath, transcriptText(result.segments, {}).toUtf8());
+                writeFileAtomically(resultPath, encodeTranscriptResult(result));
+            });
+    }
+
+    const ProcessCommand& m_command;
+    RunReporter& m_reporter;
+    SpeechModel m_model;
+    double m_duration = 0; // seconds
+    std::vector<FrameRange> m_speech;
+    std::vector<FrameRange> m_regions;
+    std::vector<RecognizedWord> m_words;
+    std::vector<SpeakerTurn> m_turns;
+};
+
+int fail(RunReporter& reporter, const QString& sentence) {
+    reporter.failed(sentence);
+    logLine(sentence);
+    return 1;
+}
+
+// Ends the process from a thread that is not the main one: the others cannot be waited for.
+void endNow(RunReporter& reporter) {
+    if (!reporter.interrupted())
+        return;
+    logLine(QStringLiteral("Transcription was interrupted"));
+    ::_exit(1);
+}
+
+} // namespace
+
+int runProcess(const ProcessCommand& command) {
+    try {
+        createPrivateDirectory(command.outDirectory);
+    } catch (const FileError& error) {
+        logLine(QStringLiteral("Corvane could not make the folder of the run: %1.").arg(error.text()));
+        return 1;
+    }
+    RunReporter reporter(command.outDirectory);
+    const SignalWatch watch([&reporter] { endNow(reporter); });
+    setSpeechLibraryFailureHandler([&reporter] {
+        ::_exit(fail(reporter, QStringLiteral("The speech model is damaged and could not be loaded. Reinstall the "
+                                              "package pocketsphinx-en-us.")));
+    });
+    // By the time a failure is told, the temporary sound file is gone and its room on the disk is free again.
+    try {
+        ProcessRun(command, reporter).run();
+        return 0;
+    } catch (const WorkerError& error) {
+        return fail(reporter, error.text());
+    } catch (const FileError& error) {
+        return fail(reporter, QStringLiteral("Corvane could not write the transcript: %1.").arg(error.text()));
+    } catch (const std::bad_alloc&) {
+        return fail(reporter, QStringLiteral("There was not enough memory to transcribe the recording."));
+    } catch (const std::exception& error) {
+        return fail(reporter,
+                    QStringLiteral("Transcription failed: %1.").arg(QString::fromUtf8(error.what())));
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,59 @@
+// corvane-worker: transcribes one recording, or takes one speaker's voice from a finished transcript, and exits. The
+// application starts it and reads the files that it leaves.
+#include "CorvaneWorker/CommandLine/CommandLine.h"
+#include "CorvaneWorker/Run/ExtractRun.h"
+#include "CorvaneWorker/Run/Log.h"
+#include "CorvaneWorker/Run/ProcessRun.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+constexpr int usageStatus = 2;
+constexpr int politeness = 5; // below whatever the user works with meanwhile
+
+void print(const QString& text) {
+    std::fputs(text.toUtf8().constData(), stdout);
+}
+
+int perform(const corvane::Command& command) {
+    using namespace corvane;
+    if (const auto* process = std::get_if<ProcessCommand>(&command))
+        return runProcess(*process);
+    if (const auto* extract = std::get_if<ExtractCommand>(&command))
+        return runExtract(*extract);
+    if (std::holds_alternative<ContextCommand>(command)) {
+        logLine(QStringLiteral("This worker has no language-model step, so it cannot describe the speakers."));
+        return usageStatus;
+    }
+    print(std::holds_alternative<HelpCommand>(command)
+              ? usageText()
+              : QStringLiteral("corvane-worker %1\n").arg(QStringLiteral(CORVANE_VERSION)));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    ::umask(S_IRWXG | S_IRWXO);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    if (::nice(politeness) < 0)
+        errno = 0;
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments << QFile::decodeName(argv[index]);
+    try {
+        return perform(corvane::parseCommandLine(arguments));
+    } catch (const corvane::UsageError& error) {
+        corvane::logLine(error.text() + QLatin1Char('\n') + corvane::usageText().trimmed());
+        return usageStatus;
+    }
+}
