@@ -1,0 +1,112 @@
+#include "CorvaneCore/Recording/MonoStream.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::size_t blockFrames = 8192;
+
+// The little-endian bytes of one sample.
+void encodeSample(float value, AudioFormat::Sample type, std::byte* target) {
+    if (type == AudioFormat::Sample::float32) {
+        std::memcpy(target, &value, sizeof value);
+        return;
+    }
+    const double scaled = std::clamp(static_cast<double>(value), -1.0, 1.0) * 2147483647.0;
+    const auto full = static_cast<std::uint32_t>(static_cast<std::int32_t>(std::lround(scaled)));
+    switch (type) {
+    case AudioFormat::Sample::unsigned8:
+        target[0] = static_cast<std::byte>((full >> 24) ^ 0x80U);
+        break;
+    case AudioFormat::Sample::signed16:
+        target[0] = static_cast<std::byte>(full >> 16);
+        target[1] = static_cast<std::byte>(full >> 24);
+        break;
+    case AudioFormat::Sample::signed24:
+        target[0] = static_cast<std::byte>(full >> 8);
+        target[1] = static_cast<std::byte>(full >> 16);
+        target[2] = static_cast<std::byte>(full >> 24);
+        break;
+    default:
+        std::memcpy(target, &full, sizeof full);
+        break;
+    }
+}
+
+} // namespace
+
+MonoStream::MonoStream(AudioFiles& files, AudioFileReader& reader, int sampleRate)
+    : m_reader(reader),
+      m_channels(static_cast<std::size_t>(reader.format().channels)),
+      m_interleaved(m_channels > 1 ? blockFrames * m_channels : 0) {
+    if (reader.format().sampleRate != sampleRate) {
+        m_resampler = files.resampler(reader.format().sampleRate, sampleRate);
+        m_pending.resize(blockFrames);
+    }
+}
+
+std::size_t MonoStream::read(std::span<float> samples) {
+    if (!m_resampler)
+        return readMono(samples);
+    std::size_t filled = 0;
+    while (filled < samples.size()) {
+        if (m_pendingCount == 0 && !m_inputEnded) {
+            m_pendingStart = 0;
+            m_pendingCount = readMono(m_pending);
+            m_inputEnded = m_pendingCount == 0;
+        }
+        const auto input = std::span<const float>(m_pending).subspan(m_pendingStart, m_pendingCount);
+        const auto step = m_resampler->process(input, samples.subspan(filled));
+        m_pendingStart += step.consumed;
+        m_pendingCount -= step.consumed;
+        filled += step.produced;
+        if (m_inputEnded && step.produced == 0)
+            break;
+    }
+    return filled;
+}
+
+std::size_t MonoStream::readMono(std::span<float> samples) {
+    std::size_t filled = 0;
+    while (filled < samples.size()) {
+        if (m_channels == 1) {
+            const std::size_t frames = m_reader.readFloat(samples.subspan(filled));
+            if (frames == 0)
+                break;
+            filled += frames;
+            continue;
+        }
+        const std::size_t wanted = std::min(blockFrames, samples.size() - filled);
+        const std::size_t frames = m_reader.readFloat(std::span(m_interleaved).first(wanted * m_channels));
+        if (frames == 0)
+            break;
+        const float scale = 1.0F / static_cast<float>(m_channels);
+        for (std::size_t frame = 0; frame < frames; ++frame) {
+            const float* first = &m_interleaved[frame * m_channels];
+            float sum = 0;
+            for (std::size_t channel = 0; channel < m_channels; ++channel)
+                sum += first[channel];
+            samples[filled + frame] = sum * scale;
+        }
+        filled += frames;
+    }
+    return filled;
+}
+
+std::vector<std::byte> spreadMono(std::span<const float> samples, const AudioFormat& format) {
+    const auto channels = static_cast<std::size_t>(format.channels);
+    const std::size_t width = format.bytesPerSample();
+    std::vector<std::byte> frames(samples.size() * format.bytesPerFrame());
+    std::byte* target = frames.data();
+    for (const float sample : samples) {
+        for (std::size_t channel = 0; channel < channels; ++channel, target += width)
+            encodeSample(sample, format.sample, target);
+    }
+    return frames;
+}
+
+} // namespace corvane
