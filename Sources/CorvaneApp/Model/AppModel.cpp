@@ -13,7 +13,10 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_library(m_paths, m_services.files),
       m_diarizationDefaults(m_services.defaults),
       m_detail(m_diarizationDefaults.appliedTo({})),
+      m_recording(m_services.clock),
+      m_playback(m_services.audioPlayers),
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock) {
+    connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     try {
         m_paths.createDirectories();
     } catch (const FileError&) {

@@ -8,6 +8,7 @@
 #include "CorvaneApp/Model/JobsPart.h"
 #include "CorvaneApp/Model/LibraryPart.h"
 #include "CorvaneApp/Model/MeetingDetailPart.h"
+#include "CorvaneApp/Model/PlaybackPart.h"
 #include "CorvaneApp/Model/RecordingPart.h"
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] MeetingDetailPart& detail() { return m_detail; }
     [[nodiscard]] DiarizationDefaultsPart& diarizationDefaults() { return m_diarizationDefaults; }
     [[nodiscard]] RecordingPart& recording() { return m_recording; }
+    [[nodiscard]] PlaybackPart& playback() { return m_playback; }
     [[nodiscard]] JobsPart& jobs() { return m_jobs; }
     [[nodiscard]] SpeakerReviewPart& speakerReview() { return m_speakerReview; }
     [[nodiscard]] const AppPaths& paths() const { return m_paths; }
@@ -66,6 +68,24 @@ public:
     // Writes the names, links and suggestions on screen into the shown run. False if that failed.
     bool saveSpeakerMappings();
 
+    // Recording (AppModelRecording.cpp)
+    void startRecording(const std::optional<QString>& suggestedTitle);
+    void pauseRecording();
+    // Goes on with a paused recording, or with one that an earlier process left behind.
+    void resumeRecording();
+    enum class AfterStop { process, leave };
+    // Ends a recording, the current one or the selected one that was left behind: joins and mixes its chunks beside the
+    // main loop, then processes the result. The future holds the finished file, or nothing if that failed; then the
+    // session still shows, every chunk stays, and stopping can be tried again.
+    QFuture<std::optional<QString>> stopRecording(AfterStop afterStop = AfterStop::process);
+    // Whether a recording also captures what the computer plays.
+    void setSystemAudioCaptureMode(SystemAudioCaptureMode mode) { m_systemAudioCaptureMode = mode; }
+
+    // Playback (AppModelPlayback.cpp)
+    void toggleAudioPlayback();
+    void playAudio(double fromSeconds);
+    void stopAudioPlayback();
+
     // Processing (AppModelProcessing.cpp)
     // Launches the worker on the current audio. The future holds the run directory, or nothing if it was not launched.
     QFuture<std::optional<QString>> processCurrentAudio();
@@ -84,6 +104,17 @@ private:
     void renameRuns(const QString& title);
     std::optional<QString> finishImport(const QString& source, const QString& copy, const QString& error);
     std::optional<QString> launch(const LaunchWish& wish, const ProcessEnvironment& environment);
+    [[nodiscard]] std::unique_ptr<ChunkedMicrophoneRecorder>
+    makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID);
+    [[nodiscard]] std::optional<QString> startSystemAudio(const QString& systemChunksDirectory);
+    void prepareChunkedRecorderForExistingMeeting(const QString& meetingID);
+    void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
+    [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
+    [[nodiscard]] std::optional<QString> meetingToRecord() const;
+    void stopRecorders(const QString& meetingID);
+    void keepCaptureReport(const QString& meetingID);
+    std::optional<QString> finishRecording(const QString& meetingID, const QString& file, const QString& error,
+                                           AfterStop afterStop);
     [[nodiscard]] std::optional<MeetingDraftMetadata> readDraft(const QString& meetingID) const;
     void writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const;
     void say(const QString& message) { m_status.setStatusMessage(message); }
@@ -96,9 +127,11 @@ private:
     DiarizationDefaultsPart m_diarizationDefaults;
     MeetingDetailPart m_detail;
     RecordingPart m_recording;
+    PlaybackPart m_playback;
     JobsPart m_jobs;
     SpeakerReviewPart m_speakerReview;
     QTimer m_pollTimer;
+    SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
 };
 
 } // namespace corvane

@@ -75,9 +75,9 @@ void AppModel::showDraft(const MeetingListItem& meeting) {
         settings = draft->settings;
     m_detail.setSettings(settings);
     m_detail.setSelectedTitle(meeting.title);
-    m_recording.setStart(draft && draft->startedAt ? std::optional(fromReferenceSeconds(*draft->startedAt))
-                                                   : std::nullopt,
-                         m_services.clock->now());
+    m_recording.setRecordingStartedAt(draft && draft->startedAt ? std::optional(fromReferenceSeconds(*draft->startedAt))
+                                                                : std::nullopt);
+    m_recording.updateElapsed();
     const bool inProgress = draft && (draft->recordingStatus == recordingStatus::recording ||
                                       draft->recordingStatus == recordingStatus::paused);
     say(inProgress ? QStringLiteral("Meeting in progress") : QStringLiteral("Imported"));

@@ -110,6 +110,8 @@ void AppModel::startPolling() {
 
 void AppModel::pollTick() {
     reloadMeetings();
+    if (m_recording.recordingStartedAt() && m_recording.recordingState().isActive())
+        m_recording.updateElapsed();
     if (!m_detail.lastRunDirectory())
         return;
     const auto onDisk = JobStateReader().read(*m_detail.lastRunDirectory());

@@ -3,6 +3,9 @@
 #pragma once
 
 #include "CorvaneCore/Interfaces/AudioFileInspector.h"
+#include "CorvaneCore/Interfaces/AudioFiles.h"
+#include "CorvaneCore/Interfaces/AudioInput.h"
+#include "CorvaneCore/Interfaces/AudioPlayer.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 #include "CorvaneCore/Interfaces/FileTree.h"
 #include "CorvaneCore/Interfaces/ProcessLauncher.h"
@@ -21,6 +24,9 @@ struct AppServices {
     std::shared_ptr<const FileTree> files;
     std::shared_ptr<ProcessLauncher> processes;
     std::shared_ptr<const AudioFileInspector> audioFiles;
+    std::shared_ptr<AudioInputs> audioInputs;
+    std::shared_ptr<AudioFiles> waveFiles;
+    std::shared_ptr<AudioPlayers> audioPlayers;
     std::shared_ptr<Workspace> workspace;
     std::shared_ptr<const Clock> clock;
 

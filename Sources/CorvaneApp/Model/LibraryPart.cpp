@@ -26,7 +26,11 @@ void LibraryPart::reloadMeetings() {
 void LibraryPart::restoreLatestRecording() {
     LatestRecording latest = latestRecording(m_recordings, *m_files);
     if (latest.listed)
-        publish(m_lastRecording, std::move(latest.path), "lastRecording", &LibraryPart::lastRecordingChanged);
+        setLastRecording(std::move(latest.path));
+}
+
+void LibraryPart::setLastRecording(std::optional<QString> path) {
+    publish(m_lastRecording, std::move(path), "lastRecording", &LibraryPart::lastRecordingChanged);
 }
 
 void LibraryPart::setSelectedSidebarItem(std::optional<SidebarItem> item) {

@@ -44,6 +44,7 @@ public:
     // Takes the newest recording on the disk; a folder that cannot be listed changes nothing.
     void restoreLatestRecording();
 
+    void setLastRecording(std::optional<QString> path);
     void setSelectedSidebarItem(std::optional<SidebarItem> item);
     void setImportProgress(std::optional<double> fraction);
 

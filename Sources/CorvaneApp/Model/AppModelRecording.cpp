@@ -1,0 +1,309 @@
+// The life of one recording. Nothing recorded is lost: the draft is on the disk before the first sample, every closed
+// chunk is entered in it, and a recording can be finished or continued after the application has died.
+#include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Transcripts/TranscriptResult.h"
+#include "CorvaneCore/Library/FileNames.h"
+#include "CorvaneCore/Recording/Finalization.h"
+#include "CorvaneCore/Recording/MeetingChunks.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QtConcurrentRun>
+
+namespace corvane {
+
+namespace {
+
+constexpr double chunkDurationSeconds = 90.0;
+
+const QString chunksName = QStringLiteral("/chunks");
+const QString systemChunksName = QStringLiteral("/system-chunks");
+
+} // namespace
+
+void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
+    if (m_recording.recordingState().isActive() || m_recording.finishingProgress())
+        return; // a second wish while one runs must not take the recorders from it
+    try {
+        m_paths.createDirectories();
+        resetSpeakerReviewState();
+        m_detail.clearTranscript();
+        m_jobs.clearJobState();
+        m_jobs.clearRunProgress();
+        ProcessingSettings settings = m_diarizationDefaults.appliedTo(m_detail.settings());
+        settings.speakerIdentificationContext.clear();
+        m_detail.setSettings(settings);
+
+        const QString meetingID = uuidText(QUuid::createUuid());
+        const QString directory = m_paths.meeting(meetingID);
+        const QDateTime now = m_services.clock->now();
+        const QString suggestion = suggestedTitle.value_or(QString()).trimmed();
+        MeetingDraftMetadata draft;
+        draft.title = !suggestion.isEmpty()
+                          ? suggestion
+                          : QStringLiteral("Meeting ") + now.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+        draft.audioPath = m_paths.recordings() + QLatin1Char('/') + meetingID + QStringLiteral(".wav");
+        draft.settings = settings;
+        draft.recordingStatus = recordingStatus::recording;
+        draft.startedAt = referenceSeconds(now);
+        draft.chunksDirectory = directory + chunksName;
+        writeMeetingDraft(draft, meetingID);
+
+        auto microphone = makeMicrophoneRecorder(*draft.chunksDirectory, 0, meetingID);
+        const QString chunk = microphone->start();
+        m_recording.setChunkedRecorder(std::move(microphone));
+        const auto warning = startSystemAudio(directory + systemChunksName);
+
+        m_recording.setCurrentRecordingMeetingID(meetingID);
+        m_recording.setRecordingStartedAt(now);
+        m_recording.setRecordingState(RecordingState::recording(chunk));
+        m_library.setLastRecording(draft.audioPath);
+        m_detail.setSelectedTitle(draft.title);
+        m_detail.setLastRunDirectory(std::nullopt);
+        m_library.setSelectedSidebarItem(SidebarItem::meeting(meetingID));
+        m_recording.updateElapsed();
+        m_recording.startRecordingElapsedClock();
+        reloadMeetings();
+        say(warning.value_or(QStringLiteral("Recording")));
+    } catch (const Error& error) {
+        say(QStringLiteral("Failed to start recording: ") + error.text());
+    }
+}
+
+std::unique_ptr<ChunkedMicrophoneRecorder>
+AppModel::makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID) {
+    auto recorder = std::make_unique<ChunkedMicrophoneRecorder>(chunksDirectory, nextIndex, chunkDurationSeconds,
+                                                                m_services.audioInputs->microphone(),
+                                                                m_services.waveFiles, m_services.clock);
+    recorder->onChunkClosed = [model = QPointer(this), meetingID](const AudioChunk& chunk) {
+        // In a task of its own: entering a chunk must not hold up the recorder that closes it.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [model, chunk, meetingID] {
+                if (model)
+                    model->appendClosedChunk(chunk, meetingID);
+            },
+            Qt::QueuedConnection);
+    };
+    return recorder;
+}
+
+// Gives a warning if the recording has to go on without.
+std::optional<QString> AppModel::startSystemAudio(const QString& systemChunksDirectory) {
+    if (m_systemAudioCaptureMode == SystemAudioCaptureMode::off)
+        return std::nullopt;
+    try {
+        auto recorder = std::make_unique<ChunkedSystemAudioRecorder>(systemChunksDirectory, 0, chunkDurationSeconds,
+                                                                     m_services.audioInputs->systemAudio(),
+                                                                     m_services.waveFiles, m_services.clock);
+        recorder->start();
+        m_recording.setSystemAudioRecorder(std::move(recorder));
+        return std::nullopt;
+    } catch (const Error& error) {
+        m_recording.setSystemAudioRecorder(nullptr);
+        return QStringLiteral("Recording microphone only; system audio failed: ") + error.text();
+    }
+}
+
+void AppModel::appendClosedChunk(const AudioChunk& chunk, const QString& meetingID) {
+    auto draft = readDraft(meetingID);
+    if (!draft || std::find(draft->chunks.begin(), draft->chunks.end(), chunk.url) != draft->chunks.end())
+        return;
+    draft->chunks.push_back(chunk.url);
+    try {
+        writeMeetingDraft(*draft, meetingID);
+    } catch (const Error&) {
+        // The chunk is found through its directory later.
+    }
+    reloadMeetings();
+}
+
+void AppModel::pauseRecording() {
+    ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder();
+    const auto meetingID = m_recording.currentRecordingMeetingID();
+    if (!microphone || !meetingID || m_recording.finishingProgress())
+        return;
+    try {
+        const QString chunk = microphone->pause();
+        if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
+            system->pause();
+        m_recording.setRecordingState(RecordingState::paused(chunk));
+        MeetingDraftMetadata draft = draftOrFallback(*meetingID);
+        draft.recordingStatus = recordingStatus::paused;
+        writeMeetingDraft(draft, *meetingID);
+        reloadMeetings();
+        say(QStringLiteral("Paused"));
+    } catch (const Error& error) {
+        say(QStringLiteral("Failed to pause recording: ") + error.text());
+    }
+}
+
+void AppModel::resumeRecording() {
+    const auto meetingID = meetingToRecord();
+    if (!meetingID || m_recording.finishingProgress())
+        return;
+    try {
+        if (!m_recording.chunkedRecorder())
+            prepareChunkedRecorderForExistingMeeting(*meetingID);
+        ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder();
+        if (!microphone)
+            return;
+        const bool isPaused = m_recording.recordingState().kind == RecordingState::Kind::paused;
+        const QString chunk = isPaused ? microphone->resume() : microphone->start();
+        if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
+            system->resume();
+        m_recording.setCurrentRecordingMeetingID(meetingID);
+        m_recording.setRecordingState(RecordingState::recording(chunk));
+        MeetingDraftMetadata draft = draftOrFallback(*meetingID);
+        draft.recordingStatus = recordingStatus::recording;
+        writeMeetingDraft(draft, *meetingID);
+        m_recording.setRecordingStartedAt(draft.startedAt ? std::optional(fromReferenceSeconds(*draft.startedAt))
+                                                          : std::nullopt);
+        m_recording.startRecordingElapsedClock();
+        reloadMeetings();
+        say(QStringLiteral("Recording"));
+    } catch (const Error& error) {
+        say(QStringLiteral("Failed to resume recording: ") + error.text());
+    }
+}
+
+// No system-audio recorder is made here: the system chunks of before stay and are still mixed at the end.
+void AppModel::prepareChunkedRecorderForExistingMeeting(const QString& meetingID) {
+    const auto draft = readDraft(meetingID);
+    if (!draft || !draft->chunksDirectory)
+        return;
+    m_recording.setChunkedRecorder(makeMicrophoneRecorder(
+        *draft->chunksDirectory, nextChunkIndex(chunkURLs(*draft, *m_services.files)), meetingID));
+}
+
+QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
+    const auto refused = [] { return QtFuture::makeReadyFuture(std::optional<QString>()); };
+    const auto meetingID = meetingToRecord();
+    if (!meetingID || m_recording.finishingProgress())
+        return refused();
+    FinalizationPlan plan;
+    try {
+        stopRecorders(*meetingID);
+        auto draft = readDraft(*meetingID);
+        if (!draft)
+            throw RecorderError();
+        // Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
+        if (!draft->chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
+            draft->chunksDirectory = m_paths.meeting(*meetingID) + chunksName;
+        draft->chunks = chunkURLs(*draft, *m_services.files);
+        plan = {.meetingID = *meetingID,
+                .chunks = chunkURLs(*draft, *m_services.files),
+                .systemChunks = systemChunkURLs(*draft, *m_services.files),
+                .output = draft->audioPath.isEmpty()
+                              ? m_paths.recordings() + QLatin1Char('/') + *meetingID + QStringLiteral(".wav")
+                              : draft->audioPath};
+    } catch (const Error& error) {
+        say(QStringLiteral("Failed to stop recording: ") + error.text());
+        return refused();
+    }
+
+    struct Outcome {
+        QString file;
+        QString error;
+    };
+    m_recording.setFinishingProgress(0.0);
+    const auto report = [part = QPointer(&m_recording)](double fraction) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [part, fraction] {
+            if (part && part->finishingProgress())
+                part->setFinishingProgress(fraction);
+        });
+    };
+    return QtConcurrent::run([files = m_services.waveFiles, plan, report]() -> Outcome {
+               try {
+                   return {finalizeChunks(*files, plan, report), {}};
+               } catch (const Error& error) {
+                   return {{}, error.text()};
+               }
+           })
+        .then(this, [this, id = *meetingID, afterStop](const Outcome& outcome) {
+            m_recording.setFinishingProgress(std::nullopt);
+            return finishRecording(id, outcome.file, outcome.error, afterStop);
+        });
+}
+
+void AppModel::stopRecorders(const QString& meetingID) {
+    if (ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder())
+        microphone->stop();
+    if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
+        system->stop();
+    keepCaptureReport(meetingID);
+    m_recording.setChunkedRecorder(nullptr);
+    m_recording.setSystemAudioRecorder(nullptr);
+}
+
+// What an earlier process knew of the same meeting is added to.
+void AppModel::keepCaptureReport(const QString& meetingID) {
+    CaptureReport report = m_recording.report();
+    if (report.tracks.empty() || !isPlainName(meetingID))
+        return;
+    const QString directory = m_paths.meeting(meetingID);
+    if (const auto earlier = readCaptureReport(directory)) {
+        for (const auto& [track, health] : earlier->tracks) {
+            const auto [now, isNew] = report.tracks.try_emplace(track, health);
+            if (!isNew)
+                now->second = combined(health, now->second);
+        }
+    }
+    try {
+        writeCaptureReport(report, directory);
+    } catch (const FileError&) {
+        // The recording is what counts; it is finished without its report.
+    }
+}
+
+std::optional<QString> AppModel::finishRecording(const QString& meetingID, const QString& file,
+                                                 const QString& finalizationError, AfterStop afterStop) {
+    QString failure = finalizationError;
+    if (failure.isEmpty()) {
+        try {
+            // Read anew: the title may have changed while the work ran.
+            MeetingDraftMetadata draft = draftOrFallback(meetingID);
+            draft.chunks = chunkURLs(draft, *m_services.files);
+            draft.audioPath = file;
+            draft.recordingStatus = recordingStatus::recorded;
+            writeMeetingDraft(draft, meetingID);
+        } catch (const Error& error) {
+            failure = error.text();
+        }
+    }
+    if (!failure.isEmpty()) {
+        say(QStringLiteral("Failed to stop recording: ") + failure);
+        return std::nullopt;
+    }
+    m_library.setLastRecording(file);
+    m_recording.setRecordingState(RecordingState::stopped(file));
+    m_recording.setCurrentRecordingMeetingID(std::nullopt);
+    m_recording.setRecordingStartedAt(std::nullopt);
+    m_recording.stopRecordingElapsedClock();
+    reloadMeetings();
+    if (const auto meeting = m_library.find(meetingID))
+        selectMeeting(*meeting);
+    say(QStringLiteral("Recorded ") + lastPathComponent(file));
+    if (afterStop == AfterStop::process)
+        processCurrentAudio();
+    return file;
+}
+
+std::optional<QString> AppModel::meetingToRecord() const {
+    if (m_recording.currentRecordingMeetingID())
+        return m_recording.currentRecordingMeetingID();
+    const auto meeting = selectedMeeting();
+    return meeting ? std::optional(meeting->id) : std::nullopt;
+}
+
+MeetingDraftMetadata AppModel::draftOrFallback(const QString& meetingID) const {
+    if (auto draft = readDraft(meetingID))
+        return *draft;
+    MeetingDraftMetadata draft;
+    draft.title = m_detail.selectedTitle();
+    draft.audioPath = m_library.lastRecording().value_or(QString());
+    return draft;
+}
+
+} // namespace corvane

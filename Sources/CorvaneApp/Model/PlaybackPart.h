@@ -1,0 +1,44 @@
+// The one player of the meeting's audio. The end of playback is known from the time that was left when it began.
+#pragma once
+
+#include "CorvaneApp/Model/ModelPart.h"
+#include "CorvaneCore/Interfaces/AudioPlayer.h"
+
+#include <QTimer>
+
+#include <memory>
+
+namespace corvane {
+
+class PlaybackPart final : public ModelPart {
+    Q_OBJECT
+    Q_PROPERTY(bool isPlayingAudio READ isPlayingAudio NOTIFY isPlayingAudioChanged)
+
+public:
+    explicit PlaybackPart(std::shared_ptr<AudioPlayers> players, QObject* parent = nullptr);
+
+    [[nodiscard]] bool isPlayingAudio() const { return m_isPlaying; }
+    // Where the sound that is heard stands in the file; 0 without a player.
+    [[nodiscard]] double currentTimeSeconds() const { return m_player ? m_player->currentTimeSeconds() : 0.0; }
+
+    // Plays from a time, clamped to the file, and gives the time it really starts at. Throws AudioPlayerError, and then
+    // what was playing goes on.
+    double play(const QString& file, double fromSeconds);
+    void stop();
+
+Q_SIGNALS:
+    void isPlayingAudioChanged();
+
+private:
+    void setIsPlaying(bool playing);
+
+    std::shared_ptr<AudioPlayers> m_players;
+    std::unique_ptr<AudioPlayer> m_player;
+    QTimer m_endOfPlayback;
+    bool m_isPlaying = false;
+};
+
+// "HH:MM:SS", cut to whole seconds; a negative time counts as 0.
+[[nodiscard]] QString playbackTimestampText(double seconds);
+
+} // namespace corvane

@@ -1,0 +1,34 @@
+#include "CorvaneCore/Recording/CaptureWarnings.h"
+
+namespace corvane {
+
+namespace {
+
+QString trackName(const QString& track) {
+    return track == captureTracks::microphone ? QStringLiteral("the microphone") : QStringLiteral("system audio");
+}
+
+bool isTooSilent(const QString& track, const TrackHealth& health) {
+    return track == captureTracks::microphone && health.currentSilenceSeconds >= silenceWarningSeconds;
+}
+
+} // namespace
+
+std::optional<QString> captureWarning(const QString& track, const TrackHealth& before, const TrackHealth& now) {
+    const QString name = trackName(track);
+    if (now.failedWrites > before.failedWrites)
+        return QStringLiteral("Recording is losing sound: the disk is full or cannot be written. What was recorded "
+                              "until now is kept; make room to go on.");
+    if (now.hasDevice != before.hasDevice)
+        return now.hasDevice ? QStringLiteral("Recording: %1 is back").arg(name)
+                             : QStringLiteral("Recording without %1: its device is gone. Silence is recorded until it "
+                                              "is back.")
+                                   .arg(name);
+    if (isTooSilent(track, now) && !isTooSilent(track, before))
+        return QStringLiteral("No sound comes from %1. Check that it is not muted.").arg(name);
+    if (isTooSilent(track, before) && !isTooSilent(track, now))
+        return QStringLiteral("Recording");
+    return std::nullopt;
+}
+
+} // namespace corvane
