@@ -140,7 +140,7 @@ class SingleFiles(Tree):
         self.write(".clang-format", "BasedOnStyle: LLVM\n")
         self.passes("format", *options)
         self.write("Sources/A.cpp", "int  a;\n")
-        self.finds("Sources/A.cpp:1:4", "format", *options)
+        self.finds("Sources/A.cpp:1: mend it", "format", *options)
 
     def test_shell(self):
         options = ["--shellcheck", os.environ["CORVANE_SHELLCHECK"]]
