@@ -53,7 +53,7 @@ public:
     void selectSidebarItem(const std::optional<SidebarItem>& item);
     void selectMeeting(const MeetingListItem& meeting);
     void refreshRun();
-    void renameSelectedRun(const QString& title);
+    void renameSelectedRun(const QString& text);
     void deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
     void openLastRun();
     // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
@@ -62,7 +62,7 @@ public:
     // Import and speaker names (AppModelImport.cpp, AppModelSpeakers.cpp)
     // Copies a file beside the main loop and makes a meeting of it; the future holds the meeting's id, or nothing if
     // it failed. Does not start processing.
-    QFuture<std::optional<QString>> importAudioFile(const QString& source);
+    QFuture<std::optional<QString>> importAudioFile(const QString& chosen);
     // Writes the names, links and suggestions on screen into the shown run. False if that failed.
     bool saveSpeakerMappings();
 
