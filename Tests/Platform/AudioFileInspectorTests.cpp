@@ -1,0 +1,126 @@
+#include "Support/Fakes/FakeAudioFileInspector.h"
+#include "Support/PrintQt.h"
+
+#include "CorvaneContract/Files/Files.h"
+#include "CorvanePlatform/Linux/Audio/FFmpegAudioFileInspector.h"
+#include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace corvane;
+
+namespace {
+
+// 16-bit mono silence at 8 kHz.
+QByteArray wave(int frames) {
+    const auto u32 = [](quint32 value) {
+        value = qToLittleEndian(value);
+        return QByteArray(reinterpret_cast<const char*>(&value), 4);
+    };
+    const auto bytes = static_cast<quint32>(frames) * 2;
+    return "RIFF" + u32(36 + bytes) + "WAVEfmt " + u32(16) + u32(0x00010001) + u32(8000) + u32(16000) +
+           u32(0x00100002) + "data" + u32(bytes) + QByteArray(static_cast<qsizetype>(bytes), '\0');
+}
+
+struct Fake {
+    FakeAudioFileInspector inspector;
+    void add(const QString& path, int frames) {
+        writeFileAtomically(path, "x");
+        inspector.setDuration(path, frames / 8000.0);
+    }
+};
+
+struct Linux {
+    FFmpegAudioFileInspector inspector;
+    void add(const QString& path, int frames) { writeFileAtomically(path, wave(frames)); }
+};
+
+template<typename Implementation>
+class AudioFileInspectorContract : public testing::Test {};
+using Implementations = testing::Types<Fake, Linux>;
+TYPED_TEST_SUITE(AudioFileInspectorContract, Implementations);
+
+class FFmpegAudioFileInspectorTest : public testing::Test {
+protected:
+    [[nodiscard]] QString at(const char* name) const { return directory.filePath(QString::fromUtf8(name)); }
+    // A file made by the ffmpeg program with the given options before its name.
+    QString make(const char* name, const char* options) {
+        QStringList arguments{QStringLiteral("-v"), QStringLiteral("error")};
+        arguments += QString::fromUtf8(options).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const CommandResult result = launcher.run(QStringLiteral("/usr/bin/ffmpeg"), arguments << at(name));
+        EXPECT_EQ(result.status, 0) << result.output.toStdString();
+        return at(name);
+    }
+
+    QTemporaryDir directory;
+    LinuxProcessLauncher launcher;
+    FFmpegAudioFileInspector inspector;
+};
+
+} // namespace
+
+TYPED_TEST(AudioFileInspectorContract, TellsTheLengthOfAFileAndNothingOfWhatIsNone) {
+    TypeParam implementation;
+    const QTemporaryDir directory;
+    for (const char* name : {"plain.wav", "http://x: 100%d é#?.wav", "-i", "no extension", "a,b|c.wav"}) {
+        const QString path = directory.filePath(QString::fromUtf8(name).replace(QLatin1Char('/'), QLatin1Char('_')));
+        implementation.add(path, 12'345);
+        EXPECT_EQ(implementation.inspector.durationSeconds(path), 12'345 / 8000.0) << name;
+    }
+    EXPECT_FALSE(implementation.inspector.durationSeconds(directory.path()));
+    EXPECT_FALSE(implementation.inspector.durationSeconds(directory.filePath(QStringLiteral("absent.wav"))));
+}
+
+TEST_F(FFmpegAudioFileInspectorTest, KnowsCompressedAudioAndMovies) {
+    constexpr const char* tone = "-f lavfi -i sine=duration=12.5";
+    // Lossless containers are exact; encoders add up to a few frames of padding.
+    EXPECT_DOUBLE_EQ(inspector.durationSeconds(make("a.flac", tone)).value_or(0), 12.5);
+    for (const char* name : {"a.m4a", "a.ogg", "a.mp3", "a.opus", "a.aac"})
+        EXPECT_NEAR(inspector.durationSeconds(make(name, tone)).value_or(0), 12.5, 0.06) << name;
+    const QString bare = make("bare.mp3", "-f lavfi -i sine=duration=12.5 -write_xing 0 -q:a 4");
+    EXPECT_NEAR(inspector.durationSeconds(bare).value_or(0), 12.5, 0.06);
+    const QString movie = make("m.mp4", "-f lavfi -i testsrc=d=15:s=64x64:r=5 -f lavfi -i sine=duration=12.5");
+    EXPECT_NEAR(inspector.durationSeconds(movie).value_or(0), 15, 0.02);
+    EXPECT_FALSE(inspector.durationSeconds(make("silent.mp4", "-f lavfi -i testsrc=d=3:s=64x64:r=5")));
+
+    const QByteArray whole = readFile(movie).value();
+    writeFileAtomically(movie, whole.first(whole.size() / 2));
+    EXPECT_FALSE(inspector.durationSeconds(movie)) << "cut short, its index lost";
+}
+
+TEST_F(FFmpegAudioFileInspectorTest, AWaveIsAsLongAsItsSamplesWhateverItsHeaderSays) {
+    const QString path = at("a.wav");
+    QByteArray content = wave(8000);
+    writeFileAtomically(path, content.first(44 + 6000));
+    EXPECT_EQ(inspector.durationSeconds(path), 3000 / 8000.0);
+    for (const char byte : {'\0', '\xff'}) {
+        writeFileAtomically(path, content.replace(40, 4, QByteArray(4, byte)));
+        EXPECT_EQ(inspector.durationSeconds(path), 1.0);
+    }
+    writeFileAtomically(path, wave(0));
+    EXPECT_FALSE(inspector.durationSeconds(path));
+}
+
+TEST_F(FFmpegAudioFileInspectorTest, RefusesAtOnceWhatIsNoSound) {
+    writeFileAtomically(at("sound.wav"), wave(8000));
+    writeFileAtomically(at("list.m3u8"), "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nsound.wav\n#EXT-X-ENDLIST\n");
+    writeFileAtomically(at("list.ffconcat"), "ffconcat version 1.0\nfile sound.wav\n");
+    writeFileAtomically(at("text.mp3"), QByteArray("no sound at all\n").repeated(100'000));
+    writeFileAtomically(at("empty.wav"), {});
+    ASSERT_EQ(::mkfifo(QFile::encodeName(at("fifo.wav")).constData(), 0600), 0);
+    ASSERT_EQ(::symlink("loop.wav", QFile::encodeName(at("loop.wav")).constData()), 0);
+    QElapsedTimer timer;
+    timer.start();
+    for (const char* name : {"list.m3u8", "list.ffconcat", "text.mp3", "empty.wav", "fifo.wav", "loop.wav"})
+        EXPECT_FALSE(inspector.durationSeconds(at(name))) << name;
+    EXPECT_FALSE(inspector.durationSeconds(at("sound.wav") + QChar(0)));
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_FALSE(FFmpegAudioFileInspector(std::chrono::milliseconds(-1)).durationSeconds(at("sound.wav")));
+}
