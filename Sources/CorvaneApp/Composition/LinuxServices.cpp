@@ -4,12 +4,14 @@
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
-#include "CorvanePlatform/Linux/Secrets/KeychainTokenStore.h"
+#include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcessEnvironment>
+
+#include <sys/stat.h>
 
 namespace corvane {
 
@@ -32,6 +34,19 @@ std::optional<QString> resourceDirectory() {
     return QDir::cleanPath(executable + QStringLiteral("/../../lib/corvane"));
 }
 
+// A workspace with the launcher that it borrows.
+struct OwningWorkspace {
+    explicit OwningWorkspace(std::shared_ptr<ProcessLauncher> own) : launcher(std::move(own)), workspace(*launcher) {}
+
+    std::shared_ptr<ProcessLauncher> launcher;
+    XdgWorkspace workspace;
+};
+
+std::shared_ptr<Workspace> makeWorkspace(std::shared_ptr<ProcessLauncher> launcher) {
+    const auto owner = std::make_shared<OwningWorkspace>(std::move(launcher));
+    return {owner, &owner->workspace};
+}
+
 } // namespace
 
 AppServices makeLinuxServices() {
@@ -41,11 +56,12 @@ AppServices makeLinuxServices() {
     services.files = std::make_shared<LinuxFileTree>();
     services.processes = std::make_shared<LinuxProcessLauncher>();
     services.audioFiles = std::make_shared<FFmpegAudioFileInspector>();
-    services.workspace = std::make_shared<XdgWorkspace>();
+    services.workspace = makeWorkspace(services.processes);
     services.clock = std::make_shared<SystemClock>();
     services.environment = ownEnvironment();
     services.currentDirectory = QDir::currentPath();
     services.bundleResourceDirectory = resourceDirectory();
+    ::umask(S_IRWXG | S_IRWXO);
     return services;
 }
 
