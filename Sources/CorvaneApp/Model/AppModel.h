@@ -17,6 +17,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <atomic>
+#include <memory>
 #include <optional>
 
 namespace corvane {
@@ -53,8 +55,9 @@ public:
     void selectSidebarItem(const std::optional<SidebarItem>& item);
     void selectMeeting(const MeetingListItem& meeting);
     void refreshRun();
-    void renameSelectedRun(const QString& text);
-    void deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
+    // False if nothing was renamed, or deleted as a whole.
+    bool renameSelectedRun(const QString& text);
+    bool deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
     void openLastRun();
     // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
     void persistCurrentMeetingSettings();
@@ -63,6 +66,8 @@ public:
     // Copies a file beside the main loop and makes a meeting of it; the future holds the meeting's id, or nothing if
     // it failed. Does not start processing.
     QFuture<std::optional<QString>> importAudioFile(const QString& chosen);
+    // Ends the copying of every import that is under way, soon and without a trace; their futures then hold nothing.
+    void cancelImports();
     // Writes the names, links and suggestions on screen into the shown run. False if that failed.
     bool saveSpeakerMappings();
 
@@ -99,6 +104,8 @@ private:
     JobsPart m_jobs;
     SpeakerReviewPart m_speakerReview;
     QTimer m_pollTimer;
+    // Shared with the copying threads; cancelling sets it and puts a new one in its place.
+    std::shared_ptr<std::atomic<bool>> m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace corvane

@@ -107,12 +107,12 @@ void AppModel::refreshRun() {
     reloadMeetings();
 }
 
-void AppModel::renameSelectedRun(const QString& text) {
+bool AppModel::renameSelectedRun(const QString& text) {
     const QString title = text.trimmed();
     m_detail.setSelectedTitle(title);
     const auto meeting = selectedMeeting();
     if (!(meeting && meeting->isDraft()) && !m_detail.lastRunDirectory())
-        return;
+        return false;
     try {
         if (meeting && meeting->isDraft())
             renameDraft(*meeting, title);
@@ -120,10 +120,11 @@ void AppModel::renameSelectedRun(const QString& text) {
             renameRuns(title);
     } catch (const Error& error) {
         say(QStringLiteral("Failed to rename: ") + error.text());
-        return;
+        return false;
     }
     reloadMeetings();
     say(QStringLiteral("Renamed"));
+    return true;
 }
 
 // A plain replacement: a recording that is under way or waits for recovery becomes an imported meeting on the disk.
@@ -157,11 +158,11 @@ void AppModel::renameRuns(const QString& title) {
     }
 }
 
-void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
+bool AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     for (const QString& run : meeting.runURLs) {
         if (const auto reason = removeAll(run)) {
             say(QStringLiteral("Failed to delete: ") + lastPathComponent(run) + QStringLiteral(": ") + *reason);
-            return;
+            return false;
         }
     }
     if (isPlainName(meeting.id))
@@ -185,6 +186,7 @@ void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     else
         selectMeeting(MeetingListItem(meetings.front()));
     say(QStringLiteral("Deleted"));
+    return true;
 }
 
 void AppModel::openLastRun() {

@@ -12,6 +12,7 @@
 namespace corvane {
 
 [[nodiscard]] QByteArray prettyJson(const QJsonObject& object);
+[[nodiscard]] QByteArray prettyJson(const QJsonArray& array);
 // One line without a final line feed.
 [[nodiscard]] QByteArray compactJson(const QJsonObject& object);
 
