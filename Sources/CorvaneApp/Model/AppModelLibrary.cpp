@@ -6,8 +6,8 @@
 #include "CorvaneCore/Library/RunIdentity.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <filesystem>
@@ -28,8 +28,16 @@ std::optional<QString> removeAll(const QString& path) {
     return error ? std::optional(QString::fromStdString(error.message())) : std::nullopt;
 }
 
-bool liesIn(const QString& path, const QString& directory) {
-    return QDir::cleanPath(path).startsWith(QDir::cleanPath(directory) + QLatin1Char('/'));
+// Removes an audio file only if it lies in `recordings`, whatever its path looks like: full stops and links on the way
+// are followed, as the system would follow them. Its path comes out of a document, so anything may stand there.
+void removeAudioIn(const QString& recordings, const QString& audio) {
+    const QFileInfo file(audio);
+    const QString folder = QFileInfo(file.path()).canonicalFilePath();
+    const QString home = QFileInfo(recordings).canonicalFilePath();
+    if (audio.contains(QChar(0)) || folder.isEmpty() || home.isEmpty() || !isPlainName(file.fileName()))
+        return;
+    if (folder == home || folder.startsWith(home + QLatin1Char('/')))
+        removeAll(folder + QLatin1Char('/') + file.fileName());
 }
 
 QString withCapitalWords(QString text) {
@@ -167,8 +175,8 @@ bool AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     }
     if (isPlainName(meeting.id))
         removeAll(m_paths.meeting(meeting.id));
-    if (deleteAudio && meeting.audioURL && liesIn(*meeting.audioURL, m_paths.recordings()))
-        removeAll(*meeting.audioURL);
+    if (deleteAudio && meeting.audioURL)
+        removeAudioIn(m_paths.recordings(), *meeting.audioURL);
 
     const auto& shown = m_detail.lastRunDirectory();
     if (shown && std::find(meeting.runURLs.begin(), meeting.runURLs.end(), *shown) != meeting.runURLs.end()) {

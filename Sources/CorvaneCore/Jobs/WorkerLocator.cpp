@@ -7,6 +7,18 @@
 
 namespace corvane {
 
+namespace {
+
+// QDir::cleanPath() keeps what climbs above the root, where there is nothing but the root itself.
+QString standardized(const QString& path) {
+    QString clean = QDir::cleanPath(path);
+    while (clean.startsWith(QLatin1String("/../")))
+        clean.remove(0, 3);
+    return clean;
+}
+
+} // namespace
+
 bool isExecutableFile(const QString& path) {
     const QFileInfo info(path);
     return info.isFile() && info.isExecutable();
@@ -20,12 +32,14 @@ std::optional<QString> WorkerLocator::resolve() const {
     QStringList candidates;
     if (bundleResourceDirectory)
         candidates.append(*bundleResourceDirectory + QStringLiteral("/worker/bin/corvane-worker"));
-    candidates.append(currentDirectory + QStringLiteral("/.venv/bin/corvane-worker"));
-    candidates.append(currentDirectory + QStringLiteral("/worker/.venv/bin/corvane-worker"));
+    // A program that a desktop started has the root as its current directory.
+    const QString here = currentDirectory == QLatin1String("/") ? QString() : currentDirectory;
+    candidates.append(here + QStringLiteral("/.venv/bin/corvane-worker"));
+    candidates.append(here + QStringLiteral("/worker/.venv/bin/corvane-worker"));
     // Only the two that climb are cleaned, so that a reader of a log sees a plain path.
     for (const char* climb : {"/../..", "/../../.."})
-        candidates.append(QDir::cleanPath(currentDirectory + QLatin1String(climb) +
-                                          QStringLiteral("/worker/.venv/bin/corvane-worker")));
+        candidates.append(
+            standardized(here + QLatin1String(climb) + QStringLiteral("/worker/.venv/bin/corvane-worker")));
     for (const QString& candidate : candidates) {
         if (fileExists(candidate))
             return candidate;
