@@ -122,7 +122,7 @@ private:
     SpeechModel m_model;
     double m_duration = 0; // seconds
     std::vector<FrameRange> m_speech;
-    std::vector<FrameRange> m_regions;
+    std::vector<SpeechRegion> m_regions;
     std::vector<RecognizedWord> m_words;
     std::vector<SpeakerTurn> m_turns;
 };

@@ -37,6 +37,7 @@ void logLibraryMessage(void*, err_lvl_t level, const char* format, ...) {
 void quietLibrary() {
     static std::once_flag once;
     std::call_once(once, [] { err_set_callback(&logLibraryMessage, nullptr); });
+    err_set_logfp(nullptr); // of this thread
 }
 
 } // namespace
