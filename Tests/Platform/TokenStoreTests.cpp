@@ -248,7 +248,7 @@ TEST(KeychainTokenStore, LeavesNoConnectionBehind) {
     keyring.store.saveNotionToken(QStringLiteral("abc"));
     const auto descriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
     const auto before = descriptors();
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 20; ++i)
         ASSERT_EQ(keyring.store.readNotionToken(), QStringLiteral("abc"));
     // A connection is closed by a thread of its own.
     EXPECT_TRUE(waitFor([&] { return descriptors() <= before; })) << descriptors() - before;

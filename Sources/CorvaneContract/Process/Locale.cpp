@@ -1,7 +1,8 @@
 #include "CorvaneContract/Process/Locale.h"
 
+#include <QByteArray>
+
 #include <langinfo.h>
-#include <stdlib.h>
 
 #include <clocale>
 #include <cstring>
@@ -9,10 +10,12 @@
 namespace corvane {
 
 void ensureUtf8Locale() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread exists yet.
     if (std::setlocale(LC_ALL, "") && std::strcmp(::nl_langinfo(CODESET), "UTF-8") == 0)
         return;
-    ::setenv("LC_ALL", "C.UTF-8", 1);
+    qputenv("LC_ALL", "C.UTF-8");
     std::setlocale(LC_ALL, "");
+    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 } // namespace corvane

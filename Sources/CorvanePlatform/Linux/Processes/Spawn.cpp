@@ -34,6 +34,7 @@ std::string nativeText(const QString& text) {
 // The bytes of the own environment as they are, so that values in another encoding survive, and the additions.
 std::vector<std::string> mergedEnvironment(const ProcessEnvironment& additions) {
     std::vector<std::string> result;
+    result.reserve(additions.size());
     for (const auto& [key, value] : additions)
         result.push_back(nativeText(key) + '=' + nativeText(value));
     const auto replaced = [&](std::string_view entry) {

@@ -2,9 +2,6 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
-#include <cstring>
-
 namespace corvane {
 
 namespace {
@@ -71,11 +68,11 @@ private:
 // Whether a bus is named or lies where it should. Without one GLib would start one, which nobody ends again and which
 // no keyring is on.
 bool isSessionBusKnown() {
-    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (address && *address)
-        return std::strncmp(address, "autolaunch:", 11) != 0;
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    return runtime && *runtime == '/' && ::access((QByteArray(runtime) + "/bus").constData(), F_OK) == 0;
+    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty())
+        return !address.startsWith("autolaunch:");
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    return runtime.startsWith('/') && ::access((runtime + "/bus").constData(), F_OK) == 0;
 }
 
 GObjectPointer<GDBusConnection> connectToBus(GCancellable* cancellable) {

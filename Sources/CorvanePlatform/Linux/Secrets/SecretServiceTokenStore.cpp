@@ -4,8 +4,7 @@
 
 #include <QStringDecoder>
 
-#include <string.h>
-
+#include <cstring>
 #include <functional>
 #include <future>
 #include <system_error>
