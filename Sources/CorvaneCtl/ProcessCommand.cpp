@@ -63,11 +63,11 @@ QString lastLines(const QString& path) {
 QString launch(Session& session, const MeetingListItem& meeting) {
     AppModel& model = session.model();
     const ProcessingSettings settings = wantedSettings(session.line(), model.detail().settings());
+    checkReady(session, meeting);
     if (settings != model.detail().settings()) {
         model.detail().setSettings(settings);
         model.persistCurrentMeetingSettings();
     }
-    checkReady(session, meeting);
     const auto run = session.wait(model.processCurrentAudio());
     if (!run)
         throw CtlError(model.status().statusMessage());
