@@ -3,21 +3,17 @@
 
 #include "CorvaneCore/Interfaces/Workspace.h"
 
-#include <vector>
+#include <QStringList>
 
 namespace corvane {
 
 class FakeWorkspace final : public Workspace {
 public:
     bool open(const QString& pathOrAddress) override {
-        if (!works || pathOrAddress.isEmpty())
-            return false;
-        opened.push_back(pathOrAddress);
+        opened.append(pathOrAddress);
         return true;
     }
-
-    bool works = true;
-    std::vector<QString> opened;
+    QStringList opened;
 };
 
 } // namespace corvane
