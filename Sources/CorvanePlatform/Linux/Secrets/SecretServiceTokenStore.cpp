@@ -27,6 +27,9 @@ public:
     OwnMainContext(const OwnMainContext&) = delete;
     OwnMainContext& operator=(const OwnMainContext&) = delete;
     ~OwnMainContext() {
+        // What the proxies left to be freed later.
+        while (g_main_context_iteration(m_context, FALSE) != FALSE) {
+        }
         g_main_context_pop_thread_default(m_context);
         g_main_context_unref(m_context);
     }
