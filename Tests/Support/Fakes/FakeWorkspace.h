@@ -10,9 +10,13 @@ namespace corvane {
 class FakeWorkspace final : public Workspace {
 public:
     bool open(const QString& pathOrAddress) override {
+        if (!works || pathOrAddress.isEmpty())
+            return false;
         opened.append(pathOrAddress);
         return true;
     }
+
+    bool works = true;
     QStringList opened;
 };
 
