@@ -31,6 +31,8 @@ std::optional<RunFollower::Ending> RunFollower::look() {
     const auto isTold = [&jobs] { return jobs.jobState() && !jobs.isProcessing(); };
     if (isTold())
         return Ending::told;
+    if (!QFileInfo(m_run).isDir())
+        return Ending::gone;
     const auto& launch = jobs.lastLaunch();
     if (launch && launch->runDirectory == m_run && launch->process->isRunning())
         return std::nullopt;
@@ -38,7 +40,7 @@ std::optional<RunFollower::Ending> RunFollower::look() {
     m_model.refreshRun();
     if (isTold())
         return Ending::told;
-    return QFileInfo(m_run).isDir() ? Ending::silent : Ending::gone;
+    return Ending::silent;
 }
 
 void RunFollower::show() {

@@ -50,7 +50,7 @@ die)
 hold)
     state running "Holding" 0.25
     tries=0
-    while [ ! -e "$out/go" ] && [ $tries -lt 400 ]; do
+    while [ -d "$out" ] && [ ! -e "$out/go" ] && [ $tries -lt 400 ]; do
         sleep 0.05
         tries=$((tries + 1))
     done
