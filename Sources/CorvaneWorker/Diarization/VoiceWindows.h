@@ -6,7 +6,6 @@
 #include "CorvaneWorker/Speech/VoiceActivity.h"
 
 #include <Eigen/Core>
-
 #include <functional>
 #include <span>
 #include <vector>

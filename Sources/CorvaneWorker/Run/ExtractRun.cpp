@@ -60,7 +60,8 @@ std::vector<FrameRange> speechOf(const TranscriptResult& result, const QString& 
         ranges.push_back({std::llround(std::min(segment.start, longestRecordingSeconds) * framesPerSecond),
                           std::llround(std::min(segment.end, longestRecordingSeconds) * framesPerSecond)});
     }
-    std::sort(ranges.begin(), ranges.end(), [](const auto& left, const auto& right) { return left.begin < right.begin; });
+    std::sort(ranges.begin(), ranges.end(),
+              [](const auto& left, const auto& right) { return left.begin < right.begin; });
     std::vector<FrameRange> joined;
     for (const FrameRange& range : ranges) {
         if (!joined.empty() && range.begin <= joined.back().end)
@@ -98,8 +99,8 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const auto wanted = speechOf(result, command.speaker);
     if (wanted.empty())
         throw WorkerError(QStringLiteral("The transcript has no speaker “%1”.").arg(command.speaker));
-    const WorkerError tooLittle(QStringLiteral("“%1” speaks too little in this recording to know the voice again.")
-                                    .arg(command.speaker));
+    const WorkerError tooLittle(
+        QStringLiteral("“%1” speaks too little in this recording to know the voice again.").arg(command.speaker));
     SampleStore samples(QDir::tempPath());
     FrameLevels levels;
     const auto sink = [&](std::span<const std::int16_t> block) {
@@ -124,7 +125,8 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     embedding.dimension = static_cast<std::int64_t>(embedding.embedding.size());
     embedding.sampleCount = static_cast<std::int64_t>(windows.ranges.size());
     embedding.totalSpeechSeconds = seconds;
-    embedding.sourceRunID = QFileInfo(QDir::cleanPath(QDir::current().absoluteFilePath(command.runDirectory))).fileName();
+    embedding.sourceRunID =
+        QFileInfo(QDir::cleanPath(QDir::current().absoluteFilePath(command.runDirectory))).fileName();
     return embedding;
 }
 

@@ -8,12 +8,12 @@ namespace corvane {
 
 namespace {
 
-constexpr std::int64_t blockFrames = 500;        // the thresholds are found anew this often
+constexpr std::int64_t blockFrames = 500;         // the thresholds are found anew this often
 constexpr std::int64_t surroundingsFrames = 3000; // from this much sound
 constexpr std::int64_t shortestSpeech = 10;
 constexpr std::int64_t bridgedPause = 30;
-constexpr float aboveNoise = 9.0F;        // dB
-constexpr float belowLoud = 30.0F;        // dB under the loud frames of the surroundings
+constexpr float aboveNoise = 7.0F;         // dB
+constexpr float belowLoud = 30.0F;         // dB under the loud frames of the surroundings
 constexpr float leastDynamicRange = 12.0F; // dB between the loud and the quiet frames
 constexpr float faintest = -70.0F;
 
@@ -103,7 +103,7 @@ std::vector<FrameRange> findSpeech(std::span<const float> levels) {
 }
 
 std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                      const RegionLimits& limits) {
+                                        const RegionLimits& limits) {
     std::vector<FrameRange> joined;
     for (const FrameRange& range : speech) {
         if (!joined.empty() && range.begin - joined.back().end < limits.joinedPause)

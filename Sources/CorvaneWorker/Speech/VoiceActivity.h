@@ -38,6 +38,6 @@ struct SpeechRegion {
 
 // Regions for the recogniser: stretches joined over short pauses, padded, and cut where they are too long.
 [[nodiscard]] std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                                    const RegionLimits& limits = {});
+                                                      const RegionLimits& limits = {});
 
 } // namespace corvane

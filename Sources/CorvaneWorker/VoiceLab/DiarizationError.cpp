@@ -28,7 +28,8 @@ std::vector<int> labelsOf(std::span<const SpeakerTurn> turns, std::size_t steps)
 void leaveOutCollars(std::vector<int>& labels, std::span<const SpeakerTurn> truth) {
     for (const SpeakerTurn& turn : truth)
         for (const double edge : {turn.start, turn.end}) {
-            const auto begin = static_cast<std::size_t>(std::max(0.0, std::round((edge - collarSeconds) / stepSeconds)));
+            const auto begin =
+                static_cast<std::size_t>(std::max(0.0, std::round((edge - collarSeconds) / stepSeconds)));
             const auto end = static_cast<std::size_t>(std::round((edge + collarSeconds) / stepSeconds));
             for (std::size_t step = begin; step < std::min(end, labels.size()); ++step)
                 labels[step] = unscored;

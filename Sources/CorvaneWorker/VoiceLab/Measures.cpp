@@ -32,7 +32,8 @@ void printDistribution(const char* name, const std::vector<double>& sorted) {
     std::printf("%s %zu pairs: 1%% %.3f 5%% %.3f median %.3f 95%% %.3f 99%% %.3f; at or over %.2f: %.1f%%\n", name,
                 sorted.size(), at(sorted, 0.01), at(sorted, 0.05), at(sorted, 0.5), at(sorted, 0.95), at(sorted, 0.99),
                 matchThreshold,
-                100.0 * static_cast<double>(sorted.end() - std::lower_bound(sorted.begin(), sorted.end(), matchThreshold)) /
+                100.0 *
+                    static_cast<double>(sorted.end() - std::lower_bound(sorted.begin(), sorted.end(), matchThreshold)) /
                     static_cast<double>(std::max<std::size_t>(1, sorted.size())));
 }
 
@@ -69,8 +70,9 @@ void printVoiceCosines(const QString& corpus, double seconds) {
     printDistribution("different", different);
     double rate = 1.0;
     for (const double threshold : same) {
-        const double missed = static_cast<double>(std::lower_bound(same.begin(), same.end(), threshold) - same.begin()) /
-                              static_cast<double>(same.size());
+        const double missed =
+            static_cast<double>(std::lower_bound(same.begin(), same.end(), threshold) - same.begin()) /
+            static_cast<double>(same.size());
         const double passed =
             static_cast<double>(different.end() - std::lower_bound(different.begin(), different.end(), threshold)) /
             static_cast<double>(std::max<std::size_t>(1, different.size()));

@@ -5,7 +5,6 @@
 #include "CorvaneWorker/VoiceLab/Recordings.h"
 
 #include <Eigen/Eigenvalues>
-
 #include <cstdio>
 #include <map>
 

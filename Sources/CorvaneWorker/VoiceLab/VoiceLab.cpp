@@ -1,8 +1,7 @@
 // voice-lab: makes the table of the voice background and measures what it is worth. A developer's tool; see
 // docs/decisions for how the recordings are made that it is fed with.
-#include "CorvaneWorker/VoiceLab/Training.h"
-
 #include "CorvaneWorker/VoiceLab/Measures.h"
+#include "CorvaneWorker/VoiceLab/Training.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <QFile>
@@ -12,9 +11,10 @@
 
 namespace {
 
-constexpr auto usage = "usage: voice-lab train CORPUS TABLE [WITHOUT]   CORPUS/SPEAKER/*.wav; leaves out SPEAKERs so named\n"
-                       "       voice-lab voices CORPUS SECONDS          cosines within and between the speakers\n"
-                       "       voice-lab speakers AUDIO TRUTH           error rate of the turns, number known and unknown\n";
+constexpr auto usage =
+    "usage: voice-lab train CORPUS TABLE [WITHOUT]   CORPUS/SPEAKER/*.wav; leaves out SPEAKERs so named\n"
+    "       voice-lab voices CORPUS SECONDS          cosines within and between the speakers\n"
+    "       voice-lab speakers AUDIO TRUTH           error rate of the turns, number known and unknown\n";
 
 } // namespace
 
