@@ -109,7 +109,8 @@ ExitStatus judge(Session& session, RunFollower::Ending ending, const QString& ru
     }
     const WorkerJobState& state = *jobs.jobState();
     if (state.status == jobStatus::completed) {
-        terminal.say(QStringLiteral("Completed: ") + state.message);
+        const bool saysMore = state.message.compare(state.status, Qt::CaseInsensitive) != 0;
+        terminal.say(saysMore ? QStringLiteral("Completed: ") + state.message : QStringLiteral("Completed."));
         return ExitStatus::ok;
     }
     terminal.complain(QStringLiteral("processing ended as “%1”: %2").arg(state.status, state.message));

@@ -96,7 +96,9 @@ QString tableText(const std::vector<QStringList>& rows) {
         }
     }
     QString text;
-    for (const QStringList& row : rows) {
+    for (QStringList row : rows) {
+        while (!row.isEmpty() && row.last().isEmpty())
+            row.removeLast();
         for (qsizetype column = 0; column < row.size(); ++column) {
             text += row[column];
             const int padding = widths[static_cast<std::size_t>(column)] - displayWidth(row[column]) + 2;

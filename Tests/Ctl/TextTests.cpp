@@ -24,7 +24,7 @@ TEST_F(Text, ControlCharactersAndReversedTextAreShown) {
 
 TEST_F(Text, ColumnsLineUpByWidthNotByLength) {
     EXPECT_EQ(tableText({{"ID", "TITLE"}, {QString::fromUtf8("会议"), "x"}, {QString::fromUtf8("e\u0301"), ""}}),
-              QString::fromUtf8("ID    TITLE\n会议  x\ne\u0301     \n"));
+              QString::fromUtf8("ID    TITLE\n会议  x\ne\u0301\n"));
 }
 
 TEST_F(Text, ProgressFitsTheTerminal) {
