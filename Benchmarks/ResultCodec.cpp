@@ -6,6 +6,8 @@
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
 
+#include <QJsonDocument>
+
 #include <cstdlib>
 
 using namespace corvane;
@@ -61,7 +63,11 @@ int main() {
     const double encode =
         medianMilliseconds(repetitions, [&] { require(!encodeTranscriptResult(result).isEmpty(), "encode"); });
     const double rewrite = medianMilliseconds(repetitions, [&] { rewriter.rewrite(run, names, {}, {}); });
+    const double qtParse = medianMilliseconds(repetitions, [&] {
+        require(QJsonDocument::fromJson(readFile(written.front().first).value()).isObject(), "Qt's parse");
+    });
     printFigure("  TranscriptResultReader::read", decode, 60, "plain read", plainRead);
+    printFigure("  the same", decode, 60, "parse by Qt, without structs", qtParse);
     printFigure("  TranscriptExportRewriter::rewrite", rewrite, 150, "plain write", plainWrite);
     printFigure("  the same", rewrite, 150, "flushed write", flushedWrite);
     std::printf("  of it, encoding result.json %37.2f ms\n", encode);

@@ -19,7 +19,7 @@ state() { # status message progress
     mv "$out/.state" "$out/job_state.json"
 }
 
-complete() {
+finish() {
     cat >"$out/result.json" <<'JSON'
 {"metadata": {"note": "kept"}, "speakers": [
   {"speaker": "SPEAKER_00", "duration": 61.5, "examples": []},
@@ -36,7 +36,7 @@ JSON
 case $FAKE_WORKER in
 complete)
     state running "Half way" 0.5
-    complete
+    finish
     ;;
 fail)
     state failed "the model is missing" 0.1
@@ -54,6 +54,6 @@ hold)
         sleep 0.05
         tries=$((tries + 1))
     done
-    complete
+    finish
     ;;
 esac

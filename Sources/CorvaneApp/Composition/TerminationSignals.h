@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-#include <signal.h>
+#include <csignal>
 
 #include <optional>
 #include <vector>
