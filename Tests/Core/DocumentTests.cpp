@@ -1,7 +1,7 @@
 // The application's own documents, its settings, and the files that it writes for others.
 #include "Support/Builders/DataDirectoryBuilder.h"
-#include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
+#include "Support/Fakes/InMemoryTokenStore.h"
 #include "Support/Fakes/InMemoryUserDefaults.h"
 #include "Support/PrintQt.h"
 
@@ -237,7 +237,7 @@ TEST(AudioImport, CopiesWholeOrNotAtAll) {
 
 TEST(DebugCommand, PrintsOneLineAnItemAndAStatus) {
     const DataDirectoryBuilder data;
-    FakeTokenStore tokens;
+    InMemoryTokenStore tokens;
     FakeWorkspace workspace;
     std::string printed;
     const auto run = [&](const QStringList& words, const ProcessEnvironment& environment = {}, const char* typed = "") {
@@ -270,7 +270,7 @@ TEST(DebugCommand, PrintsOneLineAnItemAndAStatus) {
     EXPECT_EQ(tokens.readHuggingFaceToken(), QStringLiteral("typed"));
     EXPECT_EQ(run(tell), 0);
     EXPECT_EQ(printed, "HF_TOKEN=configured\n");
-    tokens.fails = true;
+    tokens.setFailure(TokenStoreError(1, QStringLiteral("The keyring is locked.")));
     EXPECT_EQ(run(save, {}, "typed\n"), 1);
     EXPECT_EQ(printed, "HF_TOKEN=save_failed\n");
     EXPECT_EQ(run(tell), 0);

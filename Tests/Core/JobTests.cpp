@@ -121,14 +121,15 @@ TEST(WorkerEnvironment, HoldsATokenOnlyIfThereIsOne) {
         {QStringLiteral("CORVANE_WORKER_OLLAMA_NUM_CTX"), QStringLiteral("8192")}};
     tokens->saveNotionToken(QStringLiteral("never"));
     EXPECT_EQ((WorkerEnvironment{tokens, false}).values(), without);
-    tokens->put(QString());
+    tokens->answer = [] { return QString(); };
     EXPECT_EQ((WorkerEnvironment{tokens, false}).values(), without);
-    tokens->put(QStringLiteral("hf_x"));
+    tokens->answer = nullptr;
+    tokens->saveHuggingFaceToken(QStringLiteral("hf_x"));
     ProcessEnvironment with = without;
     with[QStringLiteral("CORVANE_WORKER_LLM")] = QStringLiteral("ollama");
     with[QStringLiteral("HF_TOKEN")] = QStringLiteral("hf_x");
     EXPECT_EQ((WorkerEnvironment{tokens, true}).values(), with);
-    tokens->fails = true;
+    tokens->setFailure(TokenStoreError(1, QStringLiteral("The keyring is locked.")));
     EXPECT_EQ((WorkerEnvironment{tokens, false}).values(), without);
 }
 

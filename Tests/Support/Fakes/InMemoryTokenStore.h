@@ -8,7 +8,7 @@
 
 namespace corvane {
 
-class InMemoryTokenStore final : public SecretStoring {
+class InMemoryTokenStore : public SecretStoring {
 public:
     [[nodiscard]] bool hasHuggingFaceToken() override { return read(m_huggingFace).has_value(); }
     [[nodiscard]] std::optional<QString> readHuggingFaceToken() override { return read(m_huggingFace); }
