@@ -28,7 +28,7 @@ std::optional<MeetingListItem> importOne(Session& session, const QString& file) 
     const auto id = session.wait(model.importAudioFile(file), [&model] { model.cancelImports(); });
     QObject::disconnect(shown);
     session.terminal().clearProgress();
-    const auto meeting = id ? model.library().find(*id) : std::nullopt;
+    auto meeting = id ? model.library().find(*id) : std::nullopt;
     if (!meeting) {
         QString reason = model.status().statusMessage();
         if (reason.startsWith(failurePrefix))
@@ -45,29 +45,27 @@ std::optional<MeetingListItem> importOne(Session& session, const QString& file) 
 ExitStatus runImport(Session& session) {
     ExitStatus status = ExitStatus::ok;
     QJsonArray imported;
-    const auto report = [&] {
-        if (session.wantsJson())
-            session.printJson(imported);
-    };
-    try {
-        for (const QString& file : session.line().operands) {
-            const auto meeting = importOne(session, file);
-            if (!meeting) {
-                status = ExitStatus::failed;
-                continue;
-            }
-            imported.append(QJsonObject{{QStringLiteral("id"), meeting->id},
-                                        {QStringLiteral("title"), meeting->title},
-                                        {QStringLiteral("audio"), meeting->audioURL.value_or(QString())}});
-            if (!session.wantsJson())
-                session.terminal().print(meeting->id + QStringLiteral("  ") + visibleText(meeting->title) +
-                                         QLatin1Char('\n'));
+    // Before the copying starts, beside the main loop, so that it is never cut off in the middle.
+    session.watchSignals();
+    for (const QString& file : session.line().operands) {
+        if (session.isInterrupted())
+            break;
+        const auto meeting = importOne(session, file);
+        if (!meeting) {
+            status = ExitStatus::failed;
+            continue;
         }
-    } catch (const Interrupted&) {
-        report(); // The meetings made so far exist.
-        throw;
+        imported.append(QJsonObject{{QStringLiteral("id"), meeting->id},
+                                    {QStringLiteral("title"), meeting->title},
+                                    {QStringLiteral("audio"), meeting->audioURL.value_or(QString())}});
+        if (!session.wantsJson())
+            session.terminal().print(meeting->id + QStringLiteral("  ") + visibleText(meeting->title) +
+                                     QLatin1Char('\n'));
     }
-    report();
+    // After an interruption too: the meetings made so far exist.
+    if (session.wantsJson())
+        session.printJson(imported);
+    session.throwIfInterrupted();
     return status;
 }
 

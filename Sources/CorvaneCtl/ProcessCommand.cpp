@@ -89,6 +89,8 @@ RunFollower::Ending follow(Session& session, const QString& run) {
     RunFollower follower(session.model(), session.terminal(), run);
     session.runLoop(
         [&](QEventLoop& loop) { QObject::connect(&follower, &RunFollower::ended, &loop, &QEventLoop::quit); });
+    if (!follower.ending())
+        session.throwIfInterrupted();
     return follower.ending().value_or(RunFollower::Ending::gone);
 }
 

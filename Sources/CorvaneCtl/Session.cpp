@@ -56,7 +56,7 @@ MeetingListItem Session::meeting(const std::optional<QString>& words) {
 }
 
 MeetingListItem Session::select(const std::optional<QString>& words) {
-    const MeetingListItem chosen = meeting(words);
+    MeetingListItem chosen = meeting(words);
     model().selectMeeting(chosen);
     return chosen;
 }
@@ -70,8 +70,8 @@ void Session::printJson(const QJsonArray& array) {
 }
 
 void Session::runLoop(const std::function<void(QEventLoop&)>& start, const std::function<void()>& onInterrupt) {
-    if (!m_signals)
-        m_signals = std::make_unique<TerminationSignals>();
+    watchSignals();
+    throwIfInterrupted();
     QEventLoop loop;
     bool callOff = static_cast<bool>(onInterrupt);
     const auto interrupted = QObject::connect(m_signals.get(), &TerminationSignals::received, &loop, [&] {
@@ -83,7 +83,16 @@ void Session::runLoop(const std::function<void(QEventLoop&)>& start, const std::
     start(loop);
     loop.exec();
     QObject::disconnect(interrupted);
-    if (const auto number = m_signals->last())
+}
+
+void Session::watchSignals() {
+    if (!m_signals)
+        m_signals = std::make_unique<TerminationSignals>();
+}
+
+void Session::throwIfInterrupted() const {
+    const auto number = m_signals ? m_signals->last() : std::nullopt;
+    if (number)
         throw Interrupted(*number);
 }
 

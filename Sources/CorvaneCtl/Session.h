@@ -41,7 +41,8 @@ public:
     void printJson(const QJsonArray& array);
 
     // Runs the event loop until `future` has finished and gives its result. Throws Interrupted when a signal comes
-    // first. With `onInterrupt`, which calls the work off, the wait then goes on to the work's end or a second signal.
+    // first. With `onInterrupt`, which calls the work off, the wait then goes on to the work's end or a second signal,
+    // and a result that there is all the same is given; see throwIfInterrupted().
     template<typename T>
     [[nodiscard]] T wait(const QFuture<T>& future, const std::function<void()>& onInterrupt = {}) {
         QFutureWatcher<T> watcher;
@@ -51,10 +52,20 @@ public:
                 watcher.setFuture(future);
             },
             onInterrupt);
+        if (!future.isFinished())
+            throwIfInterrupted();
         return future.result();
     }
 
-    // Runs the event loop until what `start` sets up ends it. Throws Interrupted as wait() does.
+    // From here on a signal ends a wait and not the program; every wait begins with it.
+    void watchSignals();
+    // Whether a signal has come since then.
+    [[nodiscard]] bool isInterrupted() const { return m_signals && m_signals->last(); }
+    // Throws Interrupted if one has.
+    void throwIfInterrupted() const;
+
+    // Runs the event loop until what `start` sets up ends it, or a signal does. Throws Interrupted if one had come
+    // before.
     void runLoop(const std::function<void(QEventLoop&)>& start, const std::function<void()>& onInterrupt = {});
 
 private:

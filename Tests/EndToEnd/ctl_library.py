@@ -2,6 +2,7 @@
 
 import json
 import os
+import pathlib
 import pty
 import subprocess
 import unittest
@@ -54,6 +55,28 @@ class Library(support.EndToEndTest):
         self.assertEqual([entry["title"] for entry in json.loads(result.stdout)], ["talk"])
         self.assertEqual(result.stderr.count(b"corvanectl: "), len(bad))
         self.assertEqual(len(list((self.root / "recordings").iterdir())), 1)
+
+    @staticmethod
+    def open_files(process):
+        for entry in pathlib.Path(f"/proc/{process.pid}/fd").iterdir():
+            try:
+                yield str(entry.readlink())
+            except FileNotFoundError:
+                pass  # closed meanwhile
+
+    def test_an_interrupted_import_leaves_nothing(self):
+        large = self.home / "large.wav"
+        with open(large, "wb") as file:
+            file.truncate(400 * 1024 * 1024)
+        process = self.start("corvanectl", "import", large)
+        recordings = self.root / "recordings"
+        # The copy has no name before it is whole.
+        self.wait_for(lambda: any(name.startswith(str(recordings) + "/") for name in self.open_files(process)),
+                      "the copying")
+        self.interrupt(process)
+        self.assertEqual(process.returncode, 130)
+        self.assertEqual(list(recordings.iterdir()), [])
+        self.assertEqual(self.ctl_json("meetings"), [])
 
     def test_a_full_or_closed_output_is_an_error_and_a_reader_may_leave(self):
         self.imported()

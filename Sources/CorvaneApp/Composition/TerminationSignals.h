@@ -6,7 +6,6 @@
 #include <QObject>
 
 #include <csignal>
-
 #include <optional>
 #include <vector>
 
