@@ -85,11 +85,22 @@ QJsonObject encodeExample(const TranscriptExample& example) {
             {QStringLiteral("text"), example.text}};
 }
 
-QJsonObject encodeSegment(const TranscriptSegment& segment) {
-    return {{QStringLiteral("start"), segment.start},
-            {QStringLiteral("end"), segment.end},
-            {QStringLiteral("text"), segment.text},
-            {QStringLiteral("speaker"), segment.speaker}};
+// A long meeting has tens of thousands of these, which are written without a detour through a tree.
+void writeSegment(PrettyJsonWriter& writer, const TranscriptSegment& segment) {
+    static const QString end = QStringLiteral("end");
+    static const QString speaker = QStringLiteral("speaker");
+    static const QString start = QStringLiteral("start");
+    static const QString text = QStringLiteral("text");
+    writer.beginObject();
+    writer.key(end);
+    writer.value(segment.end);
+    writer.key(speaker);
+    writer.value(segment.speaker);
+    writer.key(start);
+    writer.value(segment.start);
+    writer.key(text);
+    writer.value(segment.text);
+    writer.endObject();
 }
 
 QJsonObject encodeSpeaker(const TranscriptSpeaker& speaker) {
@@ -163,16 +174,27 @@ TranscriptResult decodeTranscriptResult(const QByteArray& json) {
 }
 
 QByteArray encodeTranscriptResult(const TranscriptResult& result) {
-    QJsonObject object{
-        {QStringLiteral("metadata"), JSONValue(result.metadata).toQJson()},
-        {QStringLiteral("segments"), encodeArray(result.segments, encodeSegment)},
-        {QStringLiteral("speakers"), encodeArray(result.speakers, encodeSpeaker)},
-        {QStringLiteral("speaker_names"), encodeMap(result.speakerNames, [](const QString& name) { return name; })},
-        {QStringLiteral("speaker_profile_assignments"), encodeMap(result.speakerProfileAssignments, encodeAssignment)},
-        {QStringLiteral("speaker_profile_matches"), encodeArray(result.speakerProfileMatches, encodeMatch)}};
+    PrettyJsonWriter writer;
+    const auto member = [&writer](const QString& key, const QJsonValue& value) {
+        writer.key(key);
+        writer.value(value);
+    };
+    writer.beginObject();
     if (result.llm)
-        object.insert(QStringLiteral("llm"), encodeLLM(*result.llm));
-    return prettyJson(object);
+        member(QStringLiteral("llm"), encodeLLM(*result.llm));
+    member(QStringLiteral("metadata"), JSONValue(result.metadata).toQJson());
+    writer.key(QStringLiteral("segments"));
+    writer.beginArray();
+    for (const TranscriptSegment& segment : result.segments)
+        writeSegment(writer, segment);
+    writer.endArray();
+    member(QStringLiteral("speaker_names"), encodeMap(result.speakerNames, [](const QString& name) { return name; }));
+    member(QStringLiteral("speaker_profile_assignments"),
+           encodeMap(result.speakerProfileAssignments, encodeAssignment));
+    member(QStringLiteral("speaker_profile_matches"), encodeArray(result.speakerProfileMatches, encodeMatch));
+    member(QStringLiteral("speakers"), encodeArray(result.speakers, encodeSpeaker));
+    writer.endObject();
+    return writer.take();
 }
 
 } // namespace corvane

@@ -2,8 +2,11 @@
 
 #include <QtGlobal>
 
+#include <array>
+#include <cinttypes>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 
 namespace corvane {
 
@@ -34,22 +37,37 @@ QString displayName(const QString& label, const SpeakerNames& names) {
     return name == names.end() || name->second.trimmed().isEmpty() ? label : name->second;
 }
 
-QString withFullStop(QString timestamp) {
-    return timestamp.replace(QLatin1Char(','), QLatin1Char('.'));
+QString clockText(const ClockTime& time) {
+    std::array<char, 96> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%02" PRId64 ":%02" PRId64 ":%02" PRId64, time.hours,
+                                     time.minutes, time.seconds);
+    return QString::fromLatin1(text.data(), length);
 }
 
-QString spoken(const TranscriptSegmentGroup& turn, const SpeakerNames& names) {
-    return displayName(turn.speaker, names) + QStringLiteral(": ") + turn.text;
+QString timestamp(double seconds, char separator) {
+    const ClockTime time = clockTime(seconds);
+    std::array<char, 32> fraction{};
+    const int length = std::snprintf(fraction.data(), fraction.size(), "%c%03" PRId64, separator, time.milliseconds);
+    return clockText(time) + QLatin1String(fraction.data(), length);
 }
 
-// Joins what `format(index, turn)` gives, and ends with a line feed if there is any segment at all.
-template<typename Format>
-QString joinTurns(const std::vector<TranscriptSegment>& segments, const QString& separator, Format format) {
-    QStringList parts;
+void appendSpoken(QString& text, const TranscriptSegmentGroup& turn, const SpeakerNames& names) {
+    text.append(displayName(turn.speaker, names)).append(QLatin1String(": ")).append(turn.text);
+}
+
+// Joins what `append(text, index, turn)` adds for each turn, and ends with a line feed if there is any segment at all.
+template<typename Append>
+QString joinTurns(const std::vector<TranscriptSegment>& segments, QLatin1String separator, Append append) {
     const auto turns = groupedSegments(segments);
-    for (std::size_t i = 0; i < turns.size(); ++i)
-        parts.append(format(i, turns[i]));
-    return parts.join(separator) + (segments.empty() ? QString() : QStringLiteral("\n"));
+    QString text;
+    for (std::size_t i = 0; i < turns.size(); ++i) {
+        if (i > 0)
+            text.append(separator);
+        append(text, i, turns[i]);
+    }
+    if (!segments.empty())
+        text.append(QLatin1Char('\n'));
+    return text;
 }
 
 } // namespace
@@ -71,38 +89,39 @@ std::vector<TranscriptSegmentGroup> groupedSegments(const std::vector<Transcript
 }
 
 QString timestampSRT(double seconds) {
-    const ClockTime time = clockTime(seconds);
-    return QString::asprintf("%02lld:%02lld:%02lld,%03lld", static_cast<long long>(time.hours),
-                             static_cast<long long>(time.minutes), static_cast<long long>(time.seconds),
-                             static_cast<long long>(time.milliseconds));
+    return timestamp(seconds, ',');
 }
 
 QString timestampPlain(double seconds) {
-    const ClockTime time = clockTime(seconds);
-    return QString::asprintf("%02lld:%02lld:%02lld", static_cast<long long>(time.hours),
-                             static_cast<long long>(time.minutes), static_cast<long long>(time.seconds));
+    return clockText(clockTime(seconds));
 }
 
 QString transcriptText(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
-    return joinTurns(segments, QStringLiteral("\n"), [&](std::size_t, const TranscriptSegmentGroup& turn) {
-        return QStringLiteral("[") + withFullStop(timestampSRT(turn.start)) + QStringLiteral("] ") +
-               spoken(turn, names);
-    });
+    return joinTurns(segments, QLatin1String("\n"),
+                     [&](QString& text, std::size_t, const TranscriptSegmentGroup& turn) {
+                         text.append(QLatin1Char('[')).append(timestamp(turn.start, '.')).append(QLatin1String("] "));
+                         appendSpoken(text, turn, names);
+                     });
 }
 
 QString transcriptSRT(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
-    return joinTurns(segments, QStringLiteral("\n\n"), [&](std::size_t index, const TranscriptSegmentGroup& turn) {
-        return QString::number(index + 1) + QLatin1Char('\n') + timestampSRT(turn.start) + QStringLiteral(" --> ") +
-               timestampSRT(turn.end) + QLatin1Char('\n') + spoken(turn, names);
-    });
+    return joinTurns(segments, QLatin1String("\n\n"),
+                     [&](QString& text, std::size_t index, const TranscriptSegmentGroup& turn) {
+                         text.append(QString::number(index + 1)).append(QLatin1Char('\n'));
+                         text.append(timestampSRT(turn.start)).append(QLatin1String(" --> "));
+                         text.append(timestampSRT(turn.end)).append(QLatin1Char('\n'));
+                         appendSpoken(text, turn, names);
+                     });
 }
 
 QString transcriptVTT(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
     return QStringLiteral("WEBVTT\n\n") +
-           joinTurns(segments, QStringLiteral("\n\n"), [&](std::size_t, const TranscriptSegmentGroup& turn) {
-               return withFullStop(timestampSRT(turn.start)) + QStringLiteral(" --> ") +
-                      withFullStop(timestampSRT(turn.end)) + QLatin1Char('\n') + spoken(turn, names);
-           });
+           joinTurns(segments, QLatin1String("\n\n"),
+                     [&](QString& text, std::size_t, const TranscriptSegmentGroup& turn) {
+                         text.append(timestamp(turn.start, '.')).append(QLatin1String(" --> "));
+                         text.append(timestamp(turn.end, '.')).append(QLatin1Char('\n'));
+                         appendSpoken(text, turn, names);
+                     });
 }
 
 } // namespace corvane
