@@ -5,9 +5,11 @@
 #include "CorvaneContract/Jobs/WorkerJobEvent.h"
 #include "CorvaneContract/Jobs/WorkerJobState.h"
 #include "CorvaneContract/Json/JsonReader.h"
+#include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 
 #include <QDir>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -171,6 +173,29 @@ TEST(TranscriptResult, WritesPrettyWithSortedKeysAndEveryCollection) {
 }
 )");
     EXPECT_EQ(result.segments.front().id(), QStringLiteral("0-1.5-S-a\n\"b\""));
+}
+
+TEST(PrettyJson, IsTheUsualFormAndCanAlwaysBeRead) {
+    QString everyCharacter;
+    for (char16_t c = 0; c < 0x300; ++c)
+        everyCharacter.append(QChar(c));
+    everyCharacter += QStringLiteral("\u2028😀");
+    QJsonArray numbers;
+    for (const double number : {0.0, 0.1, -2.5, 1e-7, 1e15, 123456789012345678.0, 9.3e18, -1e300, 5e-324})
+        numbers.append(number);
+    numbers.append(std::numeric_limits<qint64>::max());
+    QJsonObject object{{QStringLiteral("b"), everyCharacter},
+                       {QStringLiteral("a"), numbers},
+                       {everyCharacter, QJsonValue::Null},
+                       {QStringLiteral("e"), QJsonObject()}};
+    for (int depth = 0; depth < 40; ++depth)
+        object = {{QStringLiteral("inner"), QJsonArray{object, true, false, QJsonArray(), QString()}}};
+    EXPECT_EQ(prettyJson(object), QJsonDocument(object).toJson(QJsonDocument::Indented));
+    EXPECT_EQ(prettyJson(QJsonArray{object}), QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Indented));
+
+    const QString halfPair = QStringLiteral("a") + QChar(0xd83d) + QStringLiteral("b");
+    const QByteArray written = prettyJson(QJsonObject{{QStringLiteral("title"), halfPair}});
+    EXPECT_EQ(JsonDocument(written).root().object().required("title").string(), QStringLiteral("a?b"));
 }
 
 TEST(Files, ReadsOnlyRegularFilesWithinTheLimit) {

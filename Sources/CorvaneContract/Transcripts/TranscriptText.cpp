@@ -2,8 +2,11 @@
 
 #include <QtGlobal>
 
+#include <array>
+#include <cinttypes>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 
 namespace corvane {
 
