@@ -69,7 +69,7 @@ TEST(MeetingMetadata, KeepsEverythingOverAWriteAndAReading) {
     "title": ""
 }
 )");
-    EXPECT_TRUE(encodeMeetingDraft({}).contains("\"chunks\": [\n    ]"));
+    EXPECT_TRUE(encodeMeetingDraft({}).contains("\"chunks\": []"));
     EXPECT_FALSE(encodeMeetingDraft({}).contains("started_at"));
     EXPECT_THROW(writeRunAppMetadata(record, QStringLiteral("/nowhere")), FileError);
     EXPECT_EQ(fromReferenceSeconds(0), QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC));

@@ -2,11 +2,8 @@
 
 #include <QtGlobal>
 
-#include <array>
-#include <cinttypes>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 
 namespace corvane {
 
