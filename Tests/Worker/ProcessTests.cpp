@@ -10,6 +10,7 @@
 #include "CorvaneContract/Transcripts/TranscriptText.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
 
 #include <gmock/gmock.h>

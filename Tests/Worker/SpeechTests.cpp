@@ -36,7 +36,7 @@ TEST(VoiceActivity, SpeechStandsOutOfItsSurroundings) {
     // A quiet stretch of a recording is judged by its own surroundings.
     EXPECT_THAT(findSpeech(levels({{60, -75}, {5, -20}, {60, -75}, {5, -45}, {60, -75}})),
                 ElementsAre(FrameRange{6000, 6500}, FrameRange{12500, 13000}));
-    EXPECT_THAT(findSpeech(levels({{5, silentLevel - 10}, {4, -30}, {1, -60}, {5, silentLevel - 10}})),
+    EXPECT_THAT(findSpeech(levels({{5, silentLevel - 10}, {4, -30}, {1, -70}, {5, silentLevel - 10}})),
                 ElementsAre(FrameRange{500, 900}));
 }
 
@@ -54,14 +54,13 @@ TEST(VoiceActivity, LongRegionsAreCutWhereItIsQuietest) {
     const auto regions = speechRegions(speech, sound);
     ASSERT_THAT(regions, testing::SizeIs(testing::Ge(3U)));
     EXPECT_NEAR(static_cast<double>(regions[0].sound.end), 1706, 6);
-    EXPECT_EQ(regions.front().sound.begin, 80);
     EXPECT_EQ(regions.front().speech.begin, 100);
     EXPECT_EQ(regions.back().sound.end, 5120);
     EXPECT_EQ(regions.back().speech.end, 5100);
     for (std::size_t index = 0; index < regions.size(); ++index) {
         EXPECT_LE(regions[index].sound.length(), 2000);
-        if (index > 0)
-            EXPECT_EQ(regions[index].sound.begin, regions[index - 1].sound.end);
+        const std::int64_t before = index == 0 ? 80 : regions[index - 1].sound.end;
+        EXPECT_EQ(regions[index].sound.begin, before);
     }
 }
 

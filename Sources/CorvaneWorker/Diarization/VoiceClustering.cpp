@@ -12,7 +12,7 @@ using Index = Eigen::Index;
 
 constexpr int directionPasses = 5;
 constexpr std::int64_t pauseFrames = 30;
-constexpr double presumedPairs = 3.0; // that went by chance, so that two or three windows prove nothing
+constexpr double presumedPairs = 1.5; // that went by chance, so that two or three windows prove nothing
 
 // The groups of the rows, which are named by rows, as numbers from 0.
 std::vector<int> numbered(const std::vector<Index>& groups, const std::vector<Index>& alive) {

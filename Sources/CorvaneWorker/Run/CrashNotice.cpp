@@ -36,7 +36,7 @@ void writeBytes(int fd, const QByteArray& bytes) {
         return;
 }
 
-void onCrash(int signal) {
+void onCrash(int) {
     const int events = ::open(prepared.eventsPath.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
     writeBytes(events, prepared.event);
     const int state =
@@ -45,8 +45,7 @@ void onCrash(int signal) {
     if (state >= 0)
         ::rename(prepared.temporaryPath.constData(), prepared.statePath.constData());
     writeBytes(STDERR_FILENO, prepared.line);
-    // The handler was taken back by SA_RESETHAND.
-    ::raise(signal);
+    ::_exit(1);
 }
 
 } // namespace

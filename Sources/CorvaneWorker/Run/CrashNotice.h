@@ -9,7 +9,7 @@ namespace corvane {
 class CrashNotice {
 public:
     // While this object lives, a crash leaves the sentence in job_state.json, in a "failed" event and on standard
-    // error. The crash itself then goes on as it would have.
+    // error, and ends the process with status 1.
     CrashNotice(const QString& runDirectory, const QString& sentence);
     ~CrashNotice();
     CrashNotice(const CrashNotice&) = delete;

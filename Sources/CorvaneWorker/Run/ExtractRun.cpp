@@ -88,12 +88,6 @@ std::vector<FrameRange> intersect(std::span<const FrameRange> left, std::span<co
     return common;
 }
 
-std::vector<double> unitMean(const WindowMatrix& vectors) {
-    Eigen::RowVectorXd mean = vectors.cast<double>().colwise().mean();
-    mean.normalize();
-    return {mean.begin(), mean.end()};
-}
-
 ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const TranscriptResult result = readResult(command.runDirectory);
     const auto wanted = speechOf(result, command.speaker);
@@ -120,7 +114,8 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
         throw tooLittle;
     ExtractedSpeakerEmbedding embedding;
     embedding.speaker = command.speaker;
-    embedding.embedding = unitMean(projectWindows(windows.vectors));
+    const Eigen::RowVectorXd vector = voiceVector(windows.vectors);
+    embedding.embedding.assign(vector.begin(), vector.end());
     embedding.modelID = voiceModelID;
     embedding.dimension = static_cast<std::int64_t>(embedding.embedding.size());
     embedding.sampleCount = static_cast<std::int64_t>(windows.ranges.size());

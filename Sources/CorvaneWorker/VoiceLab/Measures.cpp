@@ -16,12 +16,12 @@ namespace corvane {
 namespace {
 
 constexpr double hopSeconds = 0.75;
+constexpr std::size_t mostVoices = 40;  // of one speaker
 constexpr double matchThreshold = 0.82; // the application's
 
 struct Voice {
     QString speaker;
-    QString file;
-    Eigen::RowVectorXf vector;
+    Eigen::RowVectorXd vector;
 };
 
 double at(const std::vector<double>& sorted, double fraction) {
@@ -42,18 +42,18 @@ void printDistribution(const char* name, const std::vector<double>& sorted) {
 void printVoiceCosines(const QString& corpus, double seconds) {
     std::map<QString, std::vector<Eigen::RowVectorXf>> windows;
     for (const CorpusFile& file : corpusFiles(corpus)) {
-        const WindowMatrix projected = projectWindows(statisticsOfFile(file.path));
-        for (Eigen::Index row = 0; row < projected.rows(); ++row)
-            windows[file.speaker].push_back(projected.row(row));
+        const WindowMatrix statistics = statisticsOfFile(file.path);
+        for (Eigen::Index row = 0; row < statistics.rows(); ++row)
+            windows[file.speaker].push_back(statistics.row(row));
     }
     std::vector<Voice> voices;
     const auto size = static_cast<std::size_t>(std::max(1.0, seconds / hopSeconds));
     for (const auto& [speaker, rows] : windows)
-        for (std::size_t first = 0; first + size <= rows.size() && first < 40 * size; first += size) {
-            Eigen::RowVectorXf mean = Eigen::RowVectorXf::Zero(rows.front().size());
-            for (std::size_t row = first; row < first + size; ++row)
-                mean += rows[row];
-            voices.push_back({speaker, {}, mean.normalized()});
+        for (std::size_t first = 0; first + size <= rows.size() && first < mostVoices * size; first += size) {
+            WindowMatrix own(static_cast<Eigen::Index>(size), rows.front().size());
+            for (std::size_t row = 0; row < size; ++row)
+                own.row(static_cast<Eigen::Index>(row)) = rows[first + row];
+            voices.push_back({speaker, voiceVector(own)});
         }
     std::vector<double> same;
     std::vector<double> different;

@@ -5,7 +5,7 @@
 #include "CorvaneWorker/VoiceLab/Recordings.h"
 
 #include <Eigen/Eigenvalues>
-#include <cstdio>
+#include <cmath>
 #include <map>
 
 namespace corvane {
@@ -45,25 +45,24 @@ Spread measureSpread(const std::map<QString, std::vector<WindowMatrix>>& voices)
     return spread;
 }
 
-Eigen::MatrixXd discriminants(Spread spread) {
+struct Discriminants {
+    Eigen::RowVectorXd ratios;
+    Eigen::MatrixXd projection;
+};
+
+Discriminants findDiscriminants(const Spread& spread) {
     const Eigen::MatrixXd diagonal = spread.within.diagonal().asDiagonal();
-    spread.within = (1.0 - shrinkage) * spread.within + shrinkage * diagonal;
-    const Eigen::GeneralizedSelfAdjointEigenSolver<Eigen::MatrixXd> solver(spread.between, spread.within);
+    const Eigen::MatrixXd within = (1.0 - shrinkage) * spread.within + shrinkage * diagonal;
     // Vectors with v' W v = 1, growing by their ratio of between to within.
-    Eigen::MatrixXd projection = solver.eigenvectors().rightCols(voiceVectorSize).rowwise().reverse();
-    for (Eigen::Index column = 0; column < projection.cols(); ++column) {
-        const double ratio = std::max(0.0, solver.eigenvalues()[solver.eigenvalues().size() - 1 - column]);
-        projection.col(column) *= std::sqrt(ratio / (1.0 + ratio));
-        std::fprintf(stderr, "%.3f ", ratio);
-    }
-    std::fputc('\n', stderr);
-    return projection;
+    const Eigen::GeneralizedSelfAdjointEigenSolver<Eigen::MatrixXd> solver(spread.between, within);
+    return {solver.eigenvalues().tail(voiceVectorSize).reverse().transpose().cwiseMax(0.0),
+            solver.eigenvectors().rightCols(voiceVectorSize).rowwise().reverse()};
 }
 
 QByteArray rowText(const Eigen::RowVectorXd& row) {
     QByteArray text;
     for (const double value : row)
-        text += QByteArray::number(value, 'g', 6) + (value == std::floor(value) ? ".0F," : "F,");
+        text += QByteArray::number(value, 'e', 5) + "F,";
     return text + '\n';
 }
 
@@ -75,11 +74,12 @@ void trainBackground(const QString& corpus, const QString& table, const QString&
         if (without.isEmpty() || !file.speaker.startsWith(without))
             voices[file.speaker].push_back(statisticsOfFile(file.path));
     const Spread spread = measureSpread(voices);
-    const Eigen::MatrixXd projection = discriminants(spread);
-    QByteArray text = "// Made by voice-lab; the mean of the statistics, then the projection, row by row.\n";
+    const Discriminants discriminants = findDiscriminants(spread);
+    QByteArray text = "// Made by voice-lab: the mean of the statistics, the ratios, the projection row by row.\n";
     text += rowText(spread.mean);
-    for (Eigen::Index row = 0; row < projection.rows(); ++row)
-        text += rowText(projection.row(row));
+    text += rowText(discriminants.ratios);
+    for (Eigen::Index row = 0; row < discriminants.projection.rows(); ++row)
+        text += rowText(discriminants.projection.row(row));
     writeFileAtomically(table, text);
 }
 
