@@ -24,14 +24,14 @@ trap 'rm -rf "$work"' EXIT
 script=$(cat <<'TURNS'
 prompter|vm-intro|0.5|please leave your message after the tone when done hang up or press the pound key
 reader|0870|0.9|and mister john dashwood had then leisure to consider how much there might be prudently in his power to do for them
-prompter|conf-usermenu|0.7|please press one to mute or unmute yourself or press two to lock or unlock the conference
+prompter|conf-usermenu|0.7|please press one to mute or unmute yourself four or six to decrease or increase the conference volume seven or nine to decrease or increase your volume or eight to exit
 reader|0880|0.8|he was not an ill disposed young man
 reader|0890|0.5|unless to be rather cold hearted and rather selfish is to be ill disposed
 prompter|demo-congrats|1.0|congratulations you have successfully installed and executed the asterisk open source p b x you have also installed a set of sample sounds and configuration files that should help you to get started like a normal p b x you will navigate this demonstration by dialing digits if you are using a console channel driver instead of a real phone you can use the dial answer and hangup commands to simulate the actions of a standard telephone
 reader|0920|0.9|had he married a more amiable woman he might have been made still more respectable than he was
-prompter|queue-periodic-announce|0.6|thank you for holding all of our representatives are currently busy helping other callers please hold and a representative will be with you as soon as possible
+prompter|queue-periodic-announce|0.6|all of our representatives are currently busy please stay on the line and your call will be answered by the next available representative
 reader|0930|0.8|he might even have been made amiable himself
-prompter|demo-thanks|0.7|goodbye thank you for trying the asterisk open source p b x
+prompter|demo-thanks|0.7|goodbye thank you for trying out the asterisk open source p b x
 TURNS
 )
 

@@ -73,5 +73,5 @@ exec unshare --mount --pid --fork --kill-child bash -c '
     ln -s fd/0 "$target/dev/stdin"
     ln -s fd/1 "$target/dev/stdout"
     ln -s fd/2 "$target/dev/stderr"
-    exec chroot "$target" bash -c "cd /root/corvane && exec \"\$@\"" corvane "$@"
+    exec chroot "$target" bash -c "cd ~/corvane && exec \"\$@\"" corvane "$@"
 ' corvane "$target" env -i "${variables[@]}" "$@" </dev/null

@@ -24,6 +24,7 @@ class Rules:
         self.common_links = table["common"]["links"]
         self.parts_path = Path(table["parts"]["path"])
         self.controller = table["parts"]["controller"]
+        self.parts_base = table["parts"]["base"]
         for module in self.modules.values():
             for name in module["uses"]:
                 if name not in self.modules:
@@ -84,9 +85,10 @@ def outside_include(rules, qt, module, header):
 
 
 def is_part(root, rules, header):
-    """A header in the controller's directory with an object in it, the controller apart."""
+    """A header in the controller's directory with an object in it, the controller and the base of parts apart."""
     path = root / header
-    return (header.suffix == ".h" and not header.name.startswith(rules.controller) and path.is_file()
+    known = header.stem.startswith(rules.controller) or header.stem == rules.parts_base
+    return (header.suffix == ".h" and not known and path.is_file()
             and re.search(r"^\s*Q_OBJECT\b", path.read_text(), re.MULTILINE) is not None)
 
 
@@ -119,39 +121,51 @@ def check_includes(rules, qt, root, paths):
                 yield f"{path}:{number}: {fault}"
 
 
+def modules_of_target(rules, target):
+    """The names of the modules that the sources of this target lie in."""
+    modules = [rules.module_of(source) for source in target["sources"]] or [rules.module_of(target["directory"])]
+    return sorted({module["name"] if module else "no module of rules.toml" for module in modules})
+
+
 def check_links(rules, targets):
-    """targets: name -> (directory relative to the root, linked names)."""
-    for name, (directory, linked) in targets.items():
-        module = rules.module_of(Path(directory))
-        if module is None:
-            yield f"{directory}: target {name} belongs to no module of rules.toml"
+    homes = {name: modules_of_target(rules, target) for name, target in targets.items()}
+    for name, target in targets.items():
+        here = f"{target['directory']}: target {name}"
+        if len(homes[name]) != 1 or homes[name][0] not in rules.modules:
+            yield f"{here} lies in {' and '.join(homes[name])}"
             continue
-        for link in linked:
+        module = rules.modules[homes[name][0]]
+        for link in target["links"]:
             if link in targets:
-                other = rules.module_of(Path(targets[link][0]))
-                if other is not None and other is not module and other["name"] not in module["uses"]:
-                    yield f"{directory}: target {name} of {module['name']} must not link {link} of {other['name']}"
+                for other in homes[link]:
+                    if other != module["name"] and other not in module["uses"]:
+                        yield f"{here} of {module['name']} must not link {link} of {other}"
             elif not any(fnmatch.fnmatchcase(link, pattern) for pattern in module["links"] + rules.common_links):
-                yield f"{directory}: target {name} of {module['name']} must not link {link}"
+                yield f"{here} of {module['name']} must not link {link}"
 
 
-def read_links(path):
-    """The file that CMakeLists.txt beside this script writes: a line "directory|target|links" for each target."""
+def read_targets(path):
+    """The file that CMakeLists.txt beside this script writes: a line "directory|target|sources|links" for each."""
     targets = {}
     for line in Path(path).read_text().splitlines():
-        directory, name, links = line.split("|", 2)
+        directory, name, sources, links = line.split("|", 3)
         # $<LINK_ONLY:X> marks a private link; what counts is X.
         linked = {re.sub(r"\$<[A-Z_]+:([^<>]*)>", r"\1", link) for link in links.split(";")}
-        targets[name] = (directory, sorted(link for link in linked if link and not link.startswith("::@")))
+        targets[name] = {
+            "directory": Path(directory),
+            "sources": [Path(directory) / source for source in sources.split(";")
+                        if source and not source.startswith(("/", "$"))],
+            "links": sorted(link for link in linked if link and not link.startswith("::@")),
+        }
     return targets
 
 
 def main():
-    options = tree.arguments(__doc__, "rules", "qt-headers", "links")
+    options = tree.arguments(__doc__, "rules", "qt-headers", "targets")
     rules = Rules(Path(options.rules))
     qt = QtHeaders(options.qt_headers)
     paths = [path for path in tree.files(options.root) if tree.is_source(path) and tree.under(path, "Sources")]
-    targets = read_links(options.links)
+    targets = read_targets(options.targets)
     findings = [*check_includes(rules, qt, options.root, paths), *check_links(rules, targets)]
     tree.finish(findings, len(paths) if targets else 0)
 

@@ -45,11 +45,11 @@ class Tree(unittest.TestCase):
 
 
 class Modules(Tree):
-    def options(self, links="Sources/CorvaneCore|CorvaneCore|CorvaneContract;Qt6::Core\n"
-                            "Sources/CorvaneContract|CorvaneContract|Qt6::Core\n"):
-        self.write("../links.txt", links)
+    def options(self, targets="Sources/CorvaneCore|CorvaneCore|Clock.h|CorvaneContract;Qt6::Core\n"
+                              "Sources/CorvaneContract|CorvaneContract|Error.h|Qt6::Core\n"):
+        self.write("../targets.txt", targets)
         return ["--rules", str(HERE / "rules.toml"), "--qt-headers", str(self.outside / "qt"),
-                "--links", str(self.outside / "links.txt")]
+                "--targets", str(self.outside / "targets.txt")]
 
     def test_a_sound_tree(self):
         self.passes("modules", *self.options())
@@ -83,7 +83,9 @@ class Modules(Tree):
         self.write(model + "Playback.h", part.format("Playback"))
         self.write(model + "PlaybackSpeed.cpp", '#include "CorvaneApp/Model/Playback.h"\n')
         self.write(model + "Values.h", "struct Values {};\n")
-        self.write(model + "Jobs.h", '#include "CorvaneApp/Model/Values.h"\n' + part.format("Jobs"))
+        self.write(model + "ModelPart.h", part.format("ModelPart"))
+        self.write(model + "Jobs.h", '#include "CorvaneApp/Model/Values.h"\n'
+                                     '#include "CorvaneApp/Model/ModelPart.h"\n' + part.format("Jobs"))
         self.passes("modules", *self.options())
         self.write(model + "Jobs.cpp", '#include "CorvaneApp/Model/Playback.h"\n')
         self.finds("must not know another part", "modules", *self.options())
@@ -91,13 +93,15 @@ class Modules(Tree):
         self.finds("only AppModel knows AppModel", "modules", *self.options())
 
     def test_links_against_the_arrows(self):
-        sound = "Sources/CorvaneCore|CorvaneCore|Qt6::Core\nSources/CorvanePlatform|CorvanePlatform|CorvaneCore\n"
+        sound = ("Sources/CorvaneCore|CorvaneCore|Clock.h|Qt6::Core\n"
+                 "Sources/CorvanePlatform|CorvanePlatform||CorvaneCore\n")
         for line, expected in (
-                ("Sources/CorvaneWorker|corvane-worker|Qt6::Core;CorvaneCore", "must not link CorvaneCore of Core"),
-                ("Sources/CorvaneWorker/Speech|Helper|$<LINK_ONLY:CorvaneCore>", "must not link CorvaneCore of Core"),
-                ("Sources/CorvaneContract|CorvaneContract|Qt6::Gui", "must not link Qt6::Gui"),
-                ("Sources/CorvaneApp/Model|Model|CorvanePlatform", "must not link CorvanePlatform of Platform"),
-                ("Sources/Stray|Stray|", "belongs to no module")):
+                ("Sources/CorvaneWorker|corvane-worker||Qt6::Core;CorvaneCore", "must not link CorvaneCore of Core"),
+                ("Sources/CorvaneWorker/Speech|Helper||$<LINK_ONLY:CorvaneCore>", "must not link CorvaneCore of Core"),
+                ("Sources/CorvaneContract|CorvaneContract||Qt6::Gui", "must not link Qt6::Gui"),
+                ("Sources/CorvaneApp|Model|Model/A.cpp|CorvanePlatform", "must not link CorvanePlatform of Platform"),
+                ("Sources/CorvaneApp|Both|main.cpp;Model/A.cpp|", "lies in App and Model"),
+                ("Sources/Stray|Stray||", "lies in no module")):
             with self.subTest(line=line):
                 self.finds(expected, "modules", *self.options(sound + line + "\n"))
 
@@ -105,9 +109,11 @@ class Modules(Tree):
         self.assertEqual(self.lint("modules", *self.options(""))[0], 1)
 
     def test_private_links_are_links(self):
-        path = self.outside / "links"
-        path.write_text("Sources/CorvaneCore|CorvaneCore|A;$<LINK_ONLY:B>;::@(0x5);B\n")
-        self.assertEqual(modules.read_links(path), {"CorvaneCore": ("Sources/CorvaneCore", ["A", "B"])})
+        path = self.outside / "targets"
+        path.write_text("Sources/CorvaneCore|CorvaneCore|A.cpp;/abs/moc.cpp|A;$<LINK_ONLY:B>;::@(0x5);B\n")
+        target = modules.read_targets(path)["CorvaneCore"]
+        self.assertEqual(target["links"], ["A", "B"])
+        self.assertEqual(target["sources"], [Path("Sources/CorvaneCore/A.cpp")])
 
 
 class SingleFiles(Tree):
@@ -134,7 +140,7 @@ class SingleFiles(Tree):
         self.write(".clang-format", "BasedOnStyle: LLVM\n")
         self.passes("format", *options)
         self.write("Sources/A.cpp", "int  a;\n")
-        self.finds("Sources/A.cpp:1:4", "format", *options)
+        self.finds("Sources/A.cpp:1: mend it", "format", *options)
 
     def test_shell(self):
         options = ["--shellcheck", os.environ["CORVANE_SHELLCHECK"]]

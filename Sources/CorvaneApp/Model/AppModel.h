@@ -18,6 +18,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <atomic>
+#include <memory>
 #include <optional>
 
 namespace corvane {
@@ -55,8 +57,9 @@ public:
     void selectSidebarItem(const std::optional<SidebarItem>& item);
     void selectMeeting(const MeetingListItem& meeting);
     void refreshRun();
-    void renameSelectedRun(const QString& title);
-    void deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
+    // False if nothing was renamed, or deleted as a whole.
+    bool renameSelectedRun(const QString& text);
+    bool deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
     void openLastRun();
     // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
     void persistCurrentMeetingSettings();
@@ -64,7 +67,9 @@ public:
     // Import and speaker names (AppModelImport.cpp, AppModelSpeakers.cpp)
     // Copies a file beside the main loop and makes a meeting of it; the future holds the meeting's id, or nothing if
     // it failed. Does not start processing.
-    QFuture<std::optional<QString>> importAudioFile(const QString& source);
+    QFuture<std::optional<QString>> importAudioFile(const QString& chosen);
+    // Ends the copying of every import that is under way, soon and without a trace; their futures then hold nothing.
+    void cancelImports();
     // Writes the names, links and suggestions on screen into the shown run. False if that failed.
     bool saveSpeakerMappings();
 
@@ -132,6 +137,8 @@ private:
     SpeakerReviewPart m_speakerReview;
     QTimer m_pollTimer;
     SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
+    // Shared with the copying threads; cancelling sets it and puts a new one in its place.
+    std::shared_ptr<std::atomic<bool>> m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace corvane

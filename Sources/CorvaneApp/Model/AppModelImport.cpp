@@ -34,15 +34,25 @@ QFuture<std::optional<QString>> AppModel::importAudioFile(const QString& chosen)
                 report(fraction);
         });
     };
-    return QtConcurrent::run([source, copy, post]() -> QString {
+    const auto step = [post, cancelled = m_importsCancelled](double fraction) {
+        if (*cancelled)
+            throw AudioImportError(QStringLiteral("Cancelled"));
+        post(fraction);
+    };
+    return QtConcurrent::run([source, copy, step]() -> QString {
                try {
-                   copyAudioFile(source, copy, post);
+                   copyAudioFile(source, copy, step);
                    return {};
                } catch (const AudioImportError& error) {
                    return error.text();
                }
            })
         .then(this, [this, source, copy](const QString& error) { return finishImport(source, copy, error); });
+}
+
+void AppModel::cancelImports() {
+    *m_importsCancelled = true;
+    m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
 }
 
 std::optional<QString> AppModel::finishImport(const QString& source, const QString& copy, const QString& copyError) {

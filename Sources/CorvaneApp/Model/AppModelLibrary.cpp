@@ -6,8 +6,8 @@
 #include "CorvaneCore/Library/RunIdentity.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <filesystem>
@@ -28,8 +28,16 @@ std::optional<QString> removeAll(const QString& path) {
     return error ? std::optional(QString::fromStdString(error.message())) : std::nullopt;
 }
 
-bool liesIn(const QString& path, const QString& directory) {
-    return QDir::cleanPath(path).startsWith(QDir::cleanPath(directory) + QLatin1Char('/'));
+// Removes an audio file only if it lies in `recordings`, whatever its path looks like: full stops and links on the way
+// are followed, as the system would follow them. Its path comes out of a document, so anything may stand there.
+void removeAudioIn(const QString& recordings, const QString& audio) {
+    const QFileInfo file(audio);
+    const QString folder = QFileInfo(file.path()).canonicalFilePath();
+    const QString home = QFileInfo(recordings).canonicalFilePath();
+    if (audio.contains(QChar(0)) || folder.isEmpty() || home.isEmpty() || !isPlainName(file.fileName()))
+        return;
+    if (folder == home || folder.startsWith(home + QLatin1Char('/')))
+        removeAll(folder + QLatin1Char('/') + file.fileName());
 }
 
 QString withCapitalWords(QString text) {
@@ -107,12 +115,12 @@ void AppModel::refreshRun() {
     reloadMeetings();
 }
 
-void AppModel::renameSelectedRun(const QString& text) {
+bool AppModel::renameSelectedRun(const QString& text) {
     const QString title = text.trimmed();
     m_detail.setSelectedTitle(title);
     const auto meeting = selectedMeeting();
     if (!(meeting && meeting->isDraft()) && !m_detail.lastRunDirectory())
-        return;
+        return false;
     try {
         if (meeting && meeting->isDraft())
             renameDraft(*meeting, title);
@@ -120,10 +128,11 @@ void AppModel::renameSelectedRun(const QString& text) {
             renameRuns(title);
     } catch (const Error& error) {
         say(QStringLiteral("Failed to rename: ") + error.text());
-        return;
+        return false;
     }
     reloadMeetings();
     say(QStringLiteral("Renamed"));
+    return true;
 }
 
 // A plain replacement: a recording that is under way or waits for recovery becomes an imported meeting on the disk.
@@ -157,17 +166,17 @@ void AppModel::renameRuns(const QString& title) {
     }
 }
 
-void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
+bool AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     for (const QString& run : meeting.runURLs) {
         if (const auto reason = removeAll(run)) {
             say(QStringLiteral("Failed to delete: ") + lastPathComponent(run) + QStringLiteral(": ") + *reason);
-            return;
+            return false;
         }
     }
     if (isPlainName(meeting.id))
         removeAll(m_paths.meeting(meeting.id));
-    if (deleteAudio && meeting.audioURL && liesIn(*meeting.audioURL, m_paths.recordings()))
-        removeAll(*meeting.audioURL);
+    if (deleteAudio && meeting.audioURL)
+        removeAudioIn(m_paths.recordings(), *meeting.audioURL);
 
     const auto& shown = m_detail.lastRunDirectory();
     if (shown && std::find(meeting.runURLs.begin(), meeting.runURLs.end(), *shown) != meeting.runURLs.end()) {
@@ -185,6 +194,7 @@ void AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     else
         selectMeeting(MeetingListItem(meetings.front()));
     say(QStringLiteral("Deleted"));
+    return true;
 }
 
 void AppModel::openLastRun() {

@@ -1,11 +1,12 @@
 #include "CorvaneApp/Model/LibraryPart.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
 LibraryPart::LibraryPart(const AppPaths& paths, std::shared_ptr<const FileTree> files, QObject* parent)
-    : ModelPart(parent), m_recordings(paths.recordings()), m_files(files), m_library(paths, files) {}
+    : ModelPart(parent), m_recordings(paths.recordings()), m_files(files), m_library(paths, std::move(files)) {}
 
 std::optional<MeetingListItem> LibraryPart::selectedMeeting() const {
     if (!m_selectedSidebarItem || m_selectedSidebarItem->kind != SidebarItem::Kind::meeting)

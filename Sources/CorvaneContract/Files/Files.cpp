@@ -2,14 +2,15 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 
 namespace corvane {
 
@@ -17,6 +18,17 @@ namespace {
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
     throw FileError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), reason));
+}
+
+// An errno, 0 if everything was written.
+int writeAll(int fd, const QByteArray& content) {
+    for (qsizetype written = 0; written < content.size();) {
+        const ssize_t count = ::write(fd, content.constData() + written, static_cast<size_t>(content.size() - written));
+        if (count < 0 && errno != EINTR)
+            return errno;
+        written += std::max<ssize_t>(count, 0);
+    }
+    return 0;
 }
 
 } // namespace
@@ -58,14 +70,30 @@ std::optional<QString> readTextFile(const QString& path, qint64 maximumBytes) {
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
+// By system calls and not by QSaveFile, which in Qt 6.4 takes a short write, the first sign of a full disk, for success
+// and puts the file cut short in the place of the whole one.
 void writeFileAtomically(const QString& path, const QByteArray& content) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        fail(path, file.errorString());
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    // commit() flushes the temporary file to the disk before it renames it.
-    if (file.write(content) != content.size() || !file.commit())
-        fail(path, file.errorString());
+    if (path.contains(QChar(0)))
+        fail(path, QStringLiteral("Invalid argument"));
+    // The target of a link is replaced, not the link.
+    const QFileInfo info(path);
+    const QByteArray target = QFile::encodeName(info.isSymLink() && info.exists() ? info.canonicalFilePath() : path);
+    QByteArray temporary = target + ".XXXXXX";
+    const int fd = ::mkostemp(temporary.data(), O_CLOEXEC); // readable and writable by the owner alone
+    if (fd < 0)
+        fail(path, qt_error_string(errno));
+    int error = writeAll(fd, content);
+    if (error == 0 && ::fdatasync(fd) != 0)
+        error = errno;
+    // Some network file systems tell of a full disk only now.
+    if (::close(fd) != 0 && error == 0)
+        error = errno;
+    if (error == 0 && ::rename(temporary.constData(), target.constData()) != 0)
+        error = errno;
+    if (error == 0)
+        return;
+    ::unlink(temporary.constData());
+    fail(path, qt_error_string(error));
 }
 
 void createPrivateDirectory(const QString& path) {

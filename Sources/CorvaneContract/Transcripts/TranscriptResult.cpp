@@ -79,51 +79,79 @@ SpeakerProfileMatchSuggestion decodeMatch(JsonView view) {
             .status = object.required("status").string()};
 }
 
-QJsonObject encodeExample(const TranscriptExample& example) {
-    return {{QStringLiteral("start"), example.start},
-            {QStringLiteral("end"), example.end},
-            {QStringLiteral("text"), example.text}};
+void write(JsonStream& json, const TranscriptSpeaker& speaker);
+void write(JsonStream& json, const TranscriptSpeakerContext& context);
+void write(JsonStream& json, const SpeakerProfileMatchSuggestion& match);
+
+void write(JsonStream& json, const TranscriptExample& example) {
+    json.beginObject();
+    json.member(u"end", example.end);
+    json.member(u"start", example.start);
+    json.member(u"text", example.text);
+    json.endObject();
 }
 
-QJsonObject encodeSegment(const TranscriptSegment& segment) {
-    return {{QStringLiteral("start"), segment.start},
-            {QStringLiteral("end"), segment.end},
-            {QStringLiteral("text"), segment.text},
-            {QStringLiteral("speaker"), segment.speaker}};
+void write(JsonStream& json, const TranscriptSegment& segment) {
+    json.beginObject();
+    json.member(u"end", segment.end);
+    json.member(u"speaker", segment.speaker);
+    json.member(u"start", segment.start);
+    json.member(u"text", segment.text);
+    json.endObject();
 }
 
-QJsonObject encodeSpeaker(const TranscriptSpeaker& speaker) {
-    return {{QStringLiteral("speaker"), speaker.speaker},
-            {QStringLiteral("duration"), speaker.duration},
-            {QStringLiteral("examples"), encodeArray(speaker.examples, encodeExample)}};
+template<typename T>
+void writeArray(JsonStream& json, QStringView name, const std::vector<T>& values) {
+    json.key(name);
+    json.beginArray();
+    for (const T& value : values) {
+        if constexpr (std::is_same_v<T, QString>)
+            json.value(value);
+        else
+            write(json, value);
+    }
+    json.endArray();
 }
 
-QJsonObject encodeSpeakerContext(const TranscriptSpeakerContext& context) {
-    return {
-        {QStringLiteral("speaker"), context.speaker},
-        {QStringLiteral("short_label"), context.shortLabel},
-        {QStringLiteral("context"), context.context},
-        {QStringLiteral("notable_lines"), encodeArray(context.notableLines, [](const QString& line) { return line; })}};
+void write(JsonStream& json, const TranscriptSpeaker& speaker) {
+    json.beginObject();
+    json.member(u"duration", speaker.duration);
+    writeArray(json, u"examples", speaker.examples);
+    json.member(u"speaker", speaker.speaker);
+    json.endObject();
 }
 
-QJsonObject encodeLLM(const TranscriptLLMContext& llm) {
-    return {{QStringLiteral("provider"), llm.provider},
-            {QStringLiteral("model"), llm.model},
-            {QStringLiteral("summary"), llm.summary},
-            {QStringLiteral("speaker_context"), encodeArray(llm.speakerContext, encodeSpeakerContext)}};
+void write(JsonStream& json, const TranscriptSpeakerContext& context) {
+    json.beginObject();
+    json.member(u"context", context.context);
+    writeArray(json, u"notable_lines", context.notableLines);
+    json.member(u"short_label", context.shortLabel);
+    json.member(u"speaker", context.speaker);
+    json.endObject();
+}
+
+void write(JsonStream& json, const TranscriptLLMContext& llm) {
+    json.beginObject();
+    json.member(u"model", llm.model);
+    json.member(u"provider", llm.provider);
+    writeArray(json, u"speaker_context", llm.speakerContext);
+    json.member(u"summary", llm.summary);
+    json.endObject();
+}
+
+void write(JsonStream& json, const SpeakerProfileMatchSuggestion& match) {
+    json.beginObject();
+    json.member(u"display_name", match.displayName);
+    json.member(u"profile_id", uuidText(match.profileID));
+    json.member(u"score", match.score);
+    json.member(u"speaker", match.speaker);
+    json.member(u"status", match.status);
+    json.endObject();
 }
 
 QJsonObject encodeAssignment(const SpeakerProfileAssignment& assignment) {
     return {{QStringLiteral("profile_id"), uuidText(assignment.profileID)},
             {QStringLiteral("display_name"), assignment.displayName}};
-}
-
-QJsonObject encodeMatch(const SpeakerProfileMatchSuggestion& match) {
-    return {{QStringLiteral("speaker"), match.speaker},
-            {QStringLiteral("profile_id"), uuidText(match.profileID)},
-            {QStringLiteral("display_name"), match.displayName},
-            {QStringLiteral("score"), match.score},
-            {QStringLiteral("status"), match.status}};
 }
 
 } // namespace
@@ -163,16 +191,21 @@ TranscriptResult decodeTranscriptResult(const QByteArray& json) {
 }
 
 QByteArray encodeTranscriptResult(const TranscriptResult& result) {
-    QJsonObject object{
-        {QStringLiteral("metadata"), JSONValue(result.metadata).toQJson()},
-        {QStringLiteral("segments"), encodeArray(result.segments, encodeSegment)},
-        {QStringLiteral("speakers"), encodeArray(result.speakers, encodeSpeaker)},
-        {QStringLiteral("speaker_names"), encodeMap(result.speakerNames, [](const QString& name) { return name; })},
-        {QStringLiteral("speaker_profile_assignments"), encodeMap(result.speakerProfileAssignments, encodeAssignment)},
-        {QStringLiteral("speaker_profile_matches"), encodeArray(result.speakerProfileMatches, encodeMatch)}};
-    if (result.llm)
-        object.insert(QStringLiteral("llm"), encodeLLM(*result.llm));
-    return prettyJson(object);
+    JsonStream json;
+    json.beginObject();
+    if (result.llm) {
+        json.key(u"llm");
+        write(json, *result.llm);
+    }
+    json.member(u"metadata", JSONValue(result.metadata).toQJson());
+    writeArray(json, u"segments", result.segments);
+    json.member(u"speaker_names", QJsonValue(encodeMap(result.speakerNames, [](const QString& name) { return name; })));
+    json.member(u"speaker_profile_assignments",
+                QJsonValue(encodeMap(result.speakerProfileAssignments, encodeAssignment)));
+    writeArray(json, u"speaker_profile_matches", result.speakerProfileMatches);
+    writeArray(json, u"speakers", result.speakers);
+    json.endObject();
+    return json.take();
 }
 
 } // namespace corvane

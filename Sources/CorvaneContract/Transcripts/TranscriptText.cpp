@@ -34,22 +34,58 @@ QString displayName(const QString& label, const SpeakerNames& names) {
     return name == names.end() || name->second.trimmed().isEmpty() ? label : name->second;
 }
 
-QString withFullStop(QString timestamp) {
-    return timestamp.replace(QLatin1Char(','), QLatin1Char('.'));
+// As "%0<width>lld" prints it.
+void appendPadded(QString& text, std::int64_t value, int width) {
+    const QString digits = QString::number(value);
+    for (qsizetype i = digits.size(); i < width; ++i)
+        text += QLatin1Char('0');
+    text += digits;
 }
 
-QString spoken(const TranscriptSegmentGroup& turn, const SpeakerNames& names) {
-    return displayName(turn.speaker, names) + QStringLiteral(": ") + turn.text;
+void appendClock(QString& text, const ClockTime& time) {
+    appendPadded(text, time.hours, 2);
+    text += QLatin1Char(':');
+    appendPadded(text, time.minutes, 2);
+    text += QLatin1Char(':');
+    appendPadded(text, time.seconds, 2);
 }
 
-// Joins what `format(index, turn)` gives, and ends with a line feed if there is any segment at all.
-template<typename Format>
-QString joinTurns(const std::vector<TranscriptSegment>& segments, const QString& separator, Format format) {
-    QStringList parts;
+// With a comma or a full stop before the milliseconds.
+void appendTimestamp(QString& text, double seconds, QLatin1Char separator) {
+    const ClockTime time = clockTime(seconds);
+    appendClock(text, time);
+    text += separator;
+    appendPadded(text, time.milliseconds, 3);
+}
+
+constexpr QLatin1Char comma(',');
+constexpr QLatin1Char fullStop('.');
+
+void appendSpan(QString& text, const TranscriptSegmentGroup& turn, QLatin1Char separator) {
+    appendTimestamp(text, turn.start, separator);
+    text += QLatin1String(" --> ");
+    appendTimestamp(text, turn.end, separator);
+    text += QLatin1Char('\n');
+}
+
+// Joins what `append(text, index, turn)` writes before the name and the words of each turn, and ends with a line feed
+// if there is any segment at all.
+template<typename Append>
+QString joinTurns(const QString& header, const std::vector<TranscriptSegment>& segments, const SpeakerNames& names,
+                  QLatin1String separator, Append append) {
+    QString text = header;
     const auto turns = groupedSegments(segments);
-    for (std::size_t i = 0; i < turns.size(); ++i)
-        parts.append(format(i, turns[i]));
-    return parts.join(separator) + (segments.empty() ? QString() : QStringLiteral("\n"));
+    for (std::size_t i = 0; i < turns.size(); ++i) {
+        if (i > 0)
+            text += separator;
+        append(text, i, turns[i]);
+        text += displayName(turns[i].speaker, names);
+        text += QLatin1String(": ");
+        text += turns[i].text;
+    }
+    if (!segments.empty())
+        text += QLatin1Char('\n');
+    return text;
 }
 
 } // namespace
@@ -71,38 +107,39 @@ std::vector<TranscriptSegmentGroup> groupedSegments(const std::vector<Transcript
 }
 
 QString timestampSRT(double seconds) {
-    const ClockTime time = clockTime(seconds);
-    return QString::asprintf("%02lld:%02lld:%02lld,%03lld", static_cast<long long>(time.hours),
-                             static_cast<long long>(time.minutes), static_cast<long long>(time.seconds),
-                             static_cast<long long>(time.milliseconds));
+    QString text;
+    appendTimestamp(text, seconds, comma);
+    return text;
 }
 
 QString timestampPlain(double seconds) {
-    const ClockTime time = clockTime(seconds);
-    return QString::asprintf("%02lld:%02lld:%02lld", static_cast<long long>(time.hours),
-                             static_cast<long long>(time.minutes), static_cast<long long>(time.seconds));
+    QString text;
+    appendClock(text, clockTime(seconds));
+    return text;
 }
 
 QString transcriptText(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
-    return joinTurns(segments, QStringLiteral("\n"), [&](std::size_t, const TranscriptSegmentGroup& turn) {
-        return QStringLiteral("[") + withFullStop(timestampSRT(turn.start)) + QStringLiteral("] ") +
-               spoken(turn, names);
-    });
+    return joinTurns({}, segments, names, QLatin1String("\n"),
+                     [](QString& text, std::size_t, const TranscriptSegmentGroup& turn) {
+                         text += QLatin1Char('[');
+                         appendTimestamp(text, turn.start, fullStop);
+                         text += QLatin1String("] ");
+                     });
 }
 
 QString transcriptSRT(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
-    return joinTurns(segments, QStringLiteral("\n\n"), [&](std::size_t index, const TranscriptSegmentGroup& turn) {
-        return QString::number(index + 1) + QLatin1Char('\n') + timestampSRT(turn.start) + QStringLiteral(" --> ") +
-               timestampSRT(turn.end) + QLatin1Char('\n') + spoken(turn, names);
-    });
+    return joinTurns({}, segments, names, QLatin1String("\n\n"),
+                     [](QString& text, std::size_t index, const TranscriptSegmentGroup& turn) {
+                         text += QString::number(index + 1);
+                         text += QLatin1Char('\n');
+                         appendSpan(text, turn, comma);
+                     });
 }
 
 QString transcriptVTT(const std::vector<TranscriptSegment>& segments, const SpeakerNames& names) {
-    return QStringLiteral("WEBVTT\n\n") +
-           joinTurns(segments, QStringLiteral("\n\n"), [&](std::size_t, const TranscriptSegmentGroup& turn) {
-               return withFullStop(timestampSRT(turn.start)) + QStringLiteral(" --> ") +
-                      withFullStop(timestampSRT(turn.end)) + QLatin1Char('\n') + spoken(turn, names);
-           });
+    return joinTurns(
+        QStringLiteral("WEBVTT\n\n"), segments, names, QLatin1String("\n\n"),
+        [](QString& text, std::size_t, const TranscriptSegmentGroup& turn) { appendSpan(text, turn, fullStop); });
 }
 
 } // namespace corvane

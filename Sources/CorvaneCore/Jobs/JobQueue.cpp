@@ -66,7 +66,7 @@ JobQueue::JobQueue(AppPaths paths, WorkerCommandBuilder worker, std::shared_ptr<
 
 QString JobQueue::makeRunDirectory(const QUuid& recordingID) const {
     m_paths.createDirectories();
-    const QString directory = m_paths.runs() + QLatin1Char('/') + uuidText(recordingID);
+    QString directory = m_paths.runs() + QLatin1Char('/') + uuidText(recordingID);
     createPrivateDirectory(directory);
     return directory;
 }

@@ -11,8 +11,15 @@ namespace corvane {
 
 namespace {
 
-// Ten hours of a talkative worker stay below a tenth of this.
-constexpr qint64 maximumEventBytes = 32LL * 1024 * 1024;
+// A line feed behind a carriage return ends no line: such a file is not in the form that was agreed on, and is not
+// read as if it were.
+qsizetype endOfLine(const QByteArray& content, qsizetype start) {
+    for (qsizetype end = content.indexOf('\n', start); end >= 0; end = content.indexOf('\n', end + 1)) {
+        if (end == 0 || content[end - 1] != '\r')
+            return end;
+    }
+    return content.size();
+}
 
 } // namespace
 
@@ -54,14 +61,17 @@ std::vector<WorkerJobEvent> JobEventReader::read(const QString& runDirectory) co
 void JobEventReader::forEach(const QString& runDirectory,
                              const std::function<Next(const WorkerJobEvent&)>& visit) const {
     const auto content = readFile(runFiles::in(runDirectory, runFiles::events), maximumEventBytes);
-    if (!content || !QUtf8StringView(*content).isValidUtf8())
+    if (content)
+        forEachOf(*content, visit);
+}
+
+void JobEventReader::forEachOf(const QByteArray& content, const std::function<Next(const WorkerJobEvent&)>& visit) {
+    if (!QUtf8StringView(content).isValidUtf8())
         return;
-    for (qsizetype start = 0; start < content->size();) {
-        qsizetype end = content->indexOf('\n', start);
-        if (end < 0)
-            end = content->size();
+    for (qsizetype start = 0; start < content.size();) {
+        const qsizetype end = endOfLine(content, start);
         if (end > start) {
-            const auto event = decodeWorkerJobEvent(QByteArrayView(content->constData() + start, end - start));
+            const auto event = decodeWorkerJobEvent(QByteArrayView(content.constData() + start, end - start));
             if (event && visit(*event) == Next::stop)
                 return;
         }

@@ -24,6 +24,9 @@ public:
     [[nodiscard]] std::optional<QString> latestRun(const QString& directory, const FileTree& files) const;
 };
 
+// Ten hours of a talkative worker stay below a tenth of this.
+inline constexpr qint64 maximumEventBytes = 32LL * 1024 * 1024;
+
 class JobEventReader {
 public:
     enum class Next { goOn, stop };
@@ -33,6 +36,8 @@ public:
 
     // The same one by one, so that a long file needs no memory of its own size in decoded form.
     void forEach(const QString& runDirectory, const std::function<Next(const WorkerJobEvent&)>& visit) const;
+    // The same of a file's content.
+    static void forEachOf(const QByteArray& content, const std::function<Next(const WorkerJobEvent&)>& visit);
 };
 
 } // namespace corvane

@@ -17,6 +17,18 @@ constexpr qint64 blockBytes = 1024 * 1024;
     throw AudioImportError(QStringLiteral("%1: %2").arg(lastPathComponent(path), reason));
 }
 
+// A write that is cut short, the first sign of a full disk, is followed by one that tells the reason.
+bool writeAll(QSaveFile& output, const char* bytes, qint64 size) {
+    while (size > 0) {
+        const qint64 written = output.write(bytes, size);
+        if (written <= 0)
+            return false;
+        bytes += written;
+        size -= written;
+    }
+    return true;
+}
+
 } // namespace
 
 QString uniqueImportedAudioURL(const QString& recordings, const QString& source) {
@@ -35,7 +47,8 @@ void copyAudioFile(const QString& source, const QString& target, const std::func
     if (!input.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         fail(source, input.errorString());
     QSaveFile output(target);
-    if (!output.open(QIODevice::WriteOnly))
+    // Unbuffered: the buffer takes a write that is cut short for a success, and the copy would be put in place.
+    if (!output.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         fail(target, output.errorString());
     output.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 
@@ -47,7 +60,7 @@ void copyAudioFile(const QString& source, const QString& target, const std::func
             fail(source, input.errorString());
         if (read == 0)
             break;
-        if (output.write(block.constData(), read) != read)
+        if (!writeAll(output, block.constData(), read))
             fail(target, output.errorString());
         copied += read;
         if (total > 0)

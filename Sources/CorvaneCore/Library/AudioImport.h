@@ -18,7 +18,8 @@ public:
 // `<recordings>/<fresh UUID>.<extension of the source, or "wav">`.
 [[nodiscard]] QString uniqueImportedAudioURL(const QString& recordings, const QString& source);
 
-// `progress` gets the fraction copied, from 0 to 1, on the calling thread. The copy is its owner's alone. Throws
+// `progress` gets the fraction copied, from 0 to 1, on the calling thread; what it throws ends the copying, as any
+// other failure does, without a trace. The copy is its owner's alone. Throws
 // AudioImportError if the source is not a regular file, cannot be read, or the copy cannot be written.
 void copyAudioFile(const QString& source, const QString& target, const std::function<void(double)>& progress);
 

@@ -1,11 +1,12 @@
 #include "CorvaneCore/Library/MeetingLibrary.h"
 
+#include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/MeetingMetadata.h"
 #include "CorvaneCore/Library/RunIdentity.h"
-#include "CorvaneCore/Transcripts/TranscriptResultReader.h"
 
 #include <QSet>
 
@@ -36,12 +37,23 @@ struct Remembered {
 
     [[nodiscard]] bool holds(const FileStamp& now) const { return settled && stamp == now; }
 
-    // The stamp was taken before the file is read, so that a change in between shows in the next stamp.
-    template<typename Read>
-    void renew(const FileStamp& now, std::int64_t settledBefore, Read read) {
+    // The stamp was taken before the file is read, so that a change in between shows in the next stamp. Nothing is
+    // remembered of a file that could not be opened: the reason may be a passing one, such as too many open files.
+    template<typename Decode>
+    void renew(const FileStamp& now, std::int64_t settledBefore, const QString& path, qint64 limit, Decode decode) {
         stamp = now;
         settled = isSettled(now, settledBefore);
-        value = now.kind == FileStamp::Kind::regularFile ? read() : std::nullopt;
+        value.reset();
+        if (now.kind != FileStamp::Kind::regularFile || now.size > limit)
+            return;
+        const auto content = readFile(path, limit);
+        settled = settled && content;
+        try {
+            if (content)
+                value = decode(*content);
+        } catch (const JsonError&) {
+            // A damaged document is as good as none, until it changes.
+        }
     }
 };
 
@@ -67,6 +79,7 @@ MeetingListItem meetingOfRuns(std::vector<RunListItem> runs) {
 struct MeetingLibrary::RememberedRun {
     enum File : std::size_t { record, state, transcript, events, fileCount };
 
+    QString runs; // the directory, shared by all
     QString name;
     std::array<QString, fileCount> paths; // relative to `runs`
     Remembered<RunAppMetadata> recordRead;
@@ -78,22 +91,24 @@ struct MeetingLibrary::RememberedRun {
     bool known = false;
     RunListItem item;
 
-    RememberedRun(const QString& runs, const QString& runName) : name(runName) {
+    RememberedRun(const QString& directory, const QString& runName) : runs(directory), name(runName) {
         const QString prefix = runName + QLatin1Char('/');
         paths = {prefix + runAppMetadataFile, prefix + runFiles::jobState, prefix + runFiles::result,
                  prefix + runFiles::events};
         item.id = item.url = runs + QLatin1Char('/') + runName;
     }
 
-    void update(const FileStamp& recordNow, const FileStamp& stateNow, const QString& runs, const FileTree& files,
+    [[nodiscard]] QString path(File file) const { return runs + QLatin1Char('/') + paths[file]; }
+
+    void update(const FileStamp& recordNow, const FileStamp& stateNow, const FileTree& files,
                 std::int64_t settledBefore) {
         bool identityHolds = known;
         if (!recordRead.holds(recordNow)) {
-            recordRead.renew(recordNow, settledBefore, [this] { return readRunAppMetadata(item.url); });
+            recordRead.renew(recordNow, settledBefore, path(record), maximumDocumentBytes, decodeRunAppMetadata);
             identityHolds = false;
         }
         if (!stateRead.holds(stateNow))
-            stateRead.renew(stateNow, settledBefore, [this] { return JobStateReader().read(item.url); });
+            stateRead.renew(stateNow, settledBefore, path(state), maximumDocumentBytes, decodeWorkerJobState);
         item.status = stateRead.value ? stateRead.value->status : pendingStatus;
         if (usesTranscript || usesEvents) {
             const std::vector<FileStamp> stamps = files.stamps(runs, {paths[transcript], paths[events]});
@@ -101,10 +116,10 @@ struct MeetingLibrary::RememberedRun {
                             (!usesEvents || eventAudioRead.holds(stamps[1]));
         }
         if (!identityHolds)
-            identify(runs, files, settledBefore);
+            identify(files, settledBefore);
     }
 
-    void identify(const QString& runs, const FileTree& files, std::int64_t settledBefore) {
+    void identify(const FileTree& files, std::int64_t settledBefore) {
         usesTranscript = usesEvents = false;
         const auto stampOf = [&](File file) { return files.stamps(runs, {paths[file]}).front(); };
         RunIdentity identity(
@@ -112,16 +127,15 @@ struct MeetingLibrary::RememberedRun {
             [&] {
                 usesTranscript = true;
                 if (const FileStamp now = stampOf(transcript); !transcriptRead.holds(now))
-                    transcriptRead.renew(now, settledBefore, [this]() -> std::optional<TranscriptIdentity> {
-                        const auto result = TranscriptResultReader().read(item.url);
-                        return result ? std::optional(transcriptIdentity(*result)) : std::nullopt;
-                    });
+                    transcriptRead.renew(
+                        now, settledBefore, path(transcript), maximumDocumentBytes,
+                        [](const QByteArray& json) { return transcriptIdentity(decodeTranscriptResult(json)); });
                 return transcriptRead.value;
             },
             [&] {
                 usesEvents = true;
                 if (const FileStamp now = stampOf(events); !eventAudioRead.holds(now))
-                    eventAudioRead.renew(now, settledBefore, [this] { return audioURLFromEvents(item.url); });
+                    eventAudioRead.renew(now, settledBefore, path(events), maximumEventBytes, audioURLOfEvents);
                 return eventAudioRead.value;
             });
         item.title = identity.title();
@@ -173,7 +187,7 @@ std::vector<RunListItem> MeetingLibrary::scanRuns() {
         if (itself.kind != FileStamp::Kind::directory)
             continue;
         RememberedRun& run = *runs[i];
-        run.update(stamps[3 * i + 1], stamps[3 * i + 2], directory, *m_files, settledBefore);
+        run.update(stamps[3 * i + 1], stamps[3 * i + 2], *m_files, settledBefore);
         run.item.modifiedAt = modificationTime(itself);
         items.push_back(run.item);
     }
@@ -210,7 +224,8 @@ std::vector<MeetingListItem> MeetingLibrary::scanDrafts(const std::vector<RunLis
         seen.insert(names[i], remembered);
         Remembered<MeetingDraftMetadata>& read = remembered->draftRead;
         if (!read.holds(stamps[2 * i + 1]))
-            read.renew(stamps[2 * i + 1], settledBefore, [&url] { return readMeetingDraft(url); });
+            read.renew(stamps[2 * i + 1], settledBefore, url + QLatin1Char('/') + meetingDraftFile,
+                       maximumDocumentBytes, decodeMeetingDraft);
         if (!read.value)
             continue;
         const QString& audio = read.value->audioPath;

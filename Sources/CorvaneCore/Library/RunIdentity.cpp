@@ -1,5 +1,7 @@
 #include "CorvaneCore/Library/RunIdentity.h"
 
+#include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
@@ -69,8 +71,13 @@ QString RunIdentity::title() {
 }
 
 std::optional<QString> audioURLFromEvents(const QString& runDirectory) {
+    const auto content = readFile(runFiles::in(runDirectory, runFiles::events), maximumEventBytes);
+    return content ? audioURLOfEvents(*content) : std::nullopt;
+}
+
+std::optional<QString> audioURLOfEvents(const QByteArray& content) {
     std::optional<QString> audio;
-    JobEventReader().forEach(runDirectory, [&audio](const WorkerJobEvent& event) {
+    JobEventReader::forEachOf(content, [&audio](const WorkerJobEvent& event) {
         if (event.type == jobEvents::jobStarted)
             audio = stringAt(event.payload, QStringLiteral("audio"));
         return audio ? JobEventReader::Next::stop : JobEventReader::Next::goOn;

@@ -55,6 +55,7 @@ private:
 
 // The audio of the first "job_started" event that names one; nothing if events.jsonl tells none.
 [[nodiscard]] std::optional<QString> audioURLFromEvents(const QString& runDirectory);
+[[nodiscard]] std::optional<QString> audioURLOfEvents(const QByteArray& content);
 
 // The first characters, as a person counts them, of a text.
 [[nodiscard]] QString firstCharacters(const QString& text, int count);

@@ -83,8 +83,8 @@ private:
             throw WorkerError(QStringLiteral("“%1” holds no sound.").arg(m_name));
         m_stream = m_input.format()->streams[index];
         for (unsigned other = 0; other < m_input.format()->nb_streams; ++other)
-            m_input.format()->streams[other]->discard = static_cast<int>(other) == index ? AVDISCARD_DEFAULT
-                                                                                         : AVDISCARD_ALL;
+            m_input.format()->streams[other]->discard =
+                static_cast<int>(other) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
         m_codec.reset(avcodec_alloc_context3(decoder));
         if (!m_codec || avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar) < 0)
             throw std::bad_alloc();

@@ -14,8 +14,8 @@ namespace {
 
 using Index = Eigen::Index;
 
-constexpr Index mostClusteredWindows = 600; // the eigenvalues cost the cube of this
-constexpr int centroidPasses = 5;
+constexpr Index mostClusteredWindows = 600; // the clustering costs the cube of this
+constexpr double leastPersistence = 0.6;    // of a voice that is one; see docs/decisions
 constexpr std::int64_t stepFrames = 10;     // labels are decided for this much at a time
 constexpr double blurFrames = 45.0;         // of the Gaussian that spreads a window's vote around its middle
 constexpr std::int64_t voteReach = 120;
@@ -37,26 +37,41 @@ WindowMatrix evenlyChosenRows(const WindowMatrix& vectors) {
     return chosen;
 }
 
-// Each window goes to the nearest mean, and the means follow; an emptied speaker keeps the mean it had.
-WindowMatrix refineMeans(const WindowMatrix& vectors, WindowMatrix means) {
-    std::vector<int> groups(static_cast<std::size_t>(vectors.rows()));
-    for (int pass = 0; pass < centroidPasses; ++pass) {
-        means.rowwise().normalize();
-        const Eigen::MatrixXf scores = vectors * means.transpose();
-        std::vector<int> sizes(static_cast<std::size_t>(means.rows()), 0);
-        for (Index row = 0; row < vectors.rows(); ++row) {
-            Index best = 0;
-            scores.row(row).maxCoeff(&best);
-            groups[static_cast<std::size_t>(row)] = static_cast<int>(best);
-            ++sizes[static_cast<std::size_t>(best)];
+// A window hears a handful of syllables; together with its neighbours in the same stretch it tells a voice much better.
+WindowMatrix withNeighbours(const WindowMatrix& vectors, std::span<const FrameRange> windows) {
+    constexpr float nearWeight = 0.7F; // one window away, and half of that two windows away
+    WindowMatrix sums = vectors;
+    Eigen::VectorXf weights = Eigen::VectorXf::Ones(vectors.rows());
+    for (Index row = 0; row < vectors.rows(); ++row)
+        for (Index other = row + 1; other <= std::min(row + 2, vectors.rows() - 1); ++other) {
+            const auto index = static_cast<std::size_t>(other);
+            if (windows[index].begin > windows[index - 1].end)
+                break;
+            const float weight = nearWeight / static_cast<float>(other - row);
+            sums.row(row) += weight * vectors.row(other);
+            sums.row(other) += weight * vectors.row(row);
+            weights[row] += weight;
+            weights[other] += weight;
         }
-        const WindowMatrix updated = groupMeans(vectors, groups, static_cast<int>(means.rows()));
-        for (Index speaker = 0; speaker < means.rows(); ++speaker)
-            if (sizes[static_cast<std::size_t>(speaker)] > 0)
-                means.row(speaker) = updated.row(speaker);
+    return sums.array().colwise() / weights.array();
+}
+
+// The voices that the windows are best divided into: as many as the limits allow with every one of them going on for a
+// while whenever it speaks. Rows are unit vectors.
+WindowMatrix findVoices(const WindowMatrix& single, const WindowMatrix& joined, std::span<const FrameRange> windows,
+                        const SpeakerLimits& limits) {
+    const WindowMatrix chosen = evenlyChosenRows(joined);
+    const auto levels = clusterByWard(chosen, limits.most);
+    const int most = static_cast<int>(levels.size());
+    const auto voicesOf = [&](int count) {
+        return refinedDirections(joined, groupMeans(chosen, levels[static_cast<std::size_t>(count - 1)], count));
+    };
+    for (int count = most; count > std::min(limits.least, most); --count) {
+        WindowMatrix voices = voicesOf(count);
+        if (groupPersistence(windows, nearestDirections(single, voices), count) >= leastPersistence)
+            return voices;
     }
-    means.rowwise().normalize();
-    return means;
+    return voicesOf(std::min(limits.least, most));
 }
 
 void appendTurn(std::vector<SpeakerTurn>& turns, std::int64_t begin, std::int64_t end, int speaker) {
@@ -136,17 +151,15 @@ std::vector<SpeakerTurn> diarize(const SampleStore& samples, std::span<const Fra
     };
     if (limits.most <= 1)
         return everythingBy(0);
-    VoiceWindows windows = measureWindows(samples, speech, progress);
+    const VoiceWindows windows = measureWindows(samples, speech, progress);
     if (windows.ranges.size() < 2)
         return everythingBy(0);
-    const WindowMatrix vectors = centredUnitVectors(projectWindows(windows.vectors));
-    const WindowMatrix chosen = evenlyChosenRows(vectors);
-    const int count = estimateSpeakerCount(chosen, limits);
-    if (count <= 1)
+    const WindowMatrix vectors = projectWindows(windows.vectors);
+    const WindowMatrix joined = centredUnitVectors(withNeighbours(vectors, windows.ranges));
+    const WindowMatrix voices = findVoices(centredUnitVectors(vectors), joined, windows.ranges, limits);
+    if (voices.rows() <= 1)
         return everythingBy(0);
-    const WindowMatrix means =
-        refineMeans(vectors, groupMeans(chosen, clusterByWard(chosen, count), count));
-    return labelSpeech(speech, windows, vectors * means.transpose());
+    return labelSpeech(speech, windows, joined * voices.transpose());
 }
 
 } // namespace corvane

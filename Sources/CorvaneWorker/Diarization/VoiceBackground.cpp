@@ -9,9 +9,10 @@ VoiceBackground readTable() {
 #include "CorvaneWorker/Diarization/VoiceBackgroundTable.inc"
     };
     using Table = Eigen::Map<const Eigen::Matrix<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>>;
-    static_assert(std::size(table) == voiceStatisticsSize * (voiceVectorSize + 1));
+    static_assert(std::size(table) == voiceStatisticsSize * (voiceVectorSize + 1) + voiceVectorSize);
     return {Eigen::Map<const Eigen::RowVectorXf>(table, voiceStatisticsSize),
-            Table(table + voiceStatisticsSize, voiceStatisticsSize, voiceVectorSize)};
+            Eigen::Map<const Eigen::RowVectorXf>(table + voiceStatisticsSize, voiceVectorSize),
+            Table(table + voiceStatisticsSize + voiceVectorSize, voiceStatisticsSize, voiceVectorSize)};
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 namespace corvane {
 
 inline constexpr int voiceStatisticsSize = 61; // 19 means, 20 deviations, 20 deviations of movement, 2 of pitch
-inline constexpr int voiceVectorSize = 61;
+inline constexpr int voiceVectorSize = 32;     // directions
 
 // What stands in for a window without pitch: between a deep and a high voice.
 inline constexpr float unknownLogPitch = 5.05F;
@@ -15,7 +15,9 @@ inline constexpr float unknownLogPitchSpread = 0.15F;
 
 struct VoiceBackground {
     Eigen::RowVectorXf mean;    // voiceStatisticsSize
-    Eigen::MatrixXf projection; // voiceStatisticsSize by voiceVectorSize
+    Eigen::RowVectorXf ratios;  // voiceVectorSize; the variance between voices along each direction, of single windows,
+                                // where that within a voice is one
+    Eigen::MatrixXf projection; // voiceStatisticsSize by voiceVectorSize; the variance within a voice becomes one
 };
 
 [[nodiscard]] const VoiceBackground& voiceBackground();

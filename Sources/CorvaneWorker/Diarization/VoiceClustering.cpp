@@ -1,7 +1,5 @@
 #include "CorvaneWorker/Diarization/VoiceClustering.h"
 
-#include <Eigen/Eigenvalues>
-
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -12,77 +10,22 @@ namespace {
 
 using Index = Eigen::Index;
 
-constexpr int prunings = 12; // how many densities of the affinity are tried
+constexpr int directionPasses = 5;
+constexpr std::int64_t pauseFrames = 30;
+constexpr double presumedPairs = 1.5; // that went by chance, so that two or three windows prove nothing
 
-// Each row keeps its `kept` nearest rows as ones; the mean of the matrix and its transpose is symmetric.
-Eigen::MatrixXf prunedAffinity(const Eigen::MatrixXf& similarity, Index kept) {
-    const Index count = similarity.rows();
-    Eigen::MatrixXf affinity = Eigen::MatrixXf::Zero(count, count);
-    std::vector<Index> order(static_cast<std::size_t>(count));
-    for (Index row = 0; row < count; ++row) {
-        std::iota(order.begin(), order.end(), 0);
-        std::nth_element(order.begin(), order.begin() + kept - 1, order.end(), [&](Index left, Index right) {
-            return similarity(row, left) > similarity(row, right);
-        });
-        for (Index nearest = 0; nearest < kept; ++nearest)
-            affinity(row, order[static_cast<std::size_t>(nearest)]) = 1.0F;
-    }
-    return (affinity + affinity.transpose()) / 2.0F;
-}
-
-struct Eigengap {
-    int count = 1;   // of speakers
-    float size = 0;  // the largest gap, against the largest eigenvalue
-};
-
-Eigengap largestGap(const Eigen::MatrixXf& affinity, const SpeakerLimits& limits) {
-    Eigen::MatrixXf laplacian = -affinity;
-    laplacian.diagonal().setZero();
-    laplacian.diagonal() = -laplacian.rowwise().sum();
-    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXf> solver(laplacian, Eigen::EigenvaluesOnly);
-    const auto& values = solver.eigenvalues(); // growing
-    Eigengap best;
-    best.count = limits.least;
-    float largest = -1.0F;
-    const int most = std::min(limits.most, static_cast<int>(values.size()) - 1);
-    for (int count = limits.least; count <= most; ++count) {
-        const float gap = values[count] - values[count - 1];
-        if (gap > largest) {
-            largest = gap;
-            best.count = count;
-        }
-    }
-    best.size = largest / (values[values.size() - 1] + 1e-9F);
-    return best;
+// The groups of the rows, which are named by rows, as numbers from 0.
+std::vector<int> numbered(const std::vector<Index>& groups, const std::vector<Index>& alive) {
+    std::vector<int> numbers;
+    numbers.reserve(groups.size());
+    for (const Index group : groups)
+        numbers.push_back(static_cast<int>(std::find(alive.begin(), alive.end(), group) - alive.begin()));
+    return numbers;
 }
 
 } // namespace
 
-int estimateSpeakerCount(const WindowMatrix& vectors, const SpeakerLimits& limits) {
-    const Index rows = vectors.rows();
-    const int most = static_cast<int>(std::min<Index>(limits.most, rows));
-    const int least = std::min(limits.least, most);
-    if (least >= most)
-        return std::max(1, least);
-    const Eigen::MatrixXf similarity = vectors * vectors.transpose();
-    float bestRatio = std::numeric_limits<float>::max();
-    int best = least;
-    Index previous = 0;
-    for (int step = 0; step < prunings; ++step) {
-        const Index kept = std::clamp<Index>(2 + rows * (step + 1) / (prunings * 4), 2, rows);
-        if (std::exchange(previous, kept) == kept)
-            continue;
-        const Eigengap gap = largestGap(prunedAffinity(similarity, kept), {least, most});
-        const float ratio = static_cast<float>(kept) / static_cast<float>(rows) / (gap.size + 1e-9F);
-        if (ratio < bestRatio) {
-            bestRatio = ratio;
-            best = gap.count;
-        }
-    }
-    return best;
-}
-
-std::vector<int> clusterByWard(const WindowMatrix& vectors, int count) {
+std::vector<std::vector<int>> clusterByWard(const WindowMatrix& vectors, int most) {
     const Index rows = vectors.rows();
     // Squared distances between the means, weighted so that each is the growth of the spread by that merge.
     Eigen::MatrixXf cost(rows, rows);
@@ -91,9 +34,13 @@ std::vector<int> clusterByWard(const WindowMatrix& vectors, int count) {
     std::vector<Index> alive(static_cast<std::size_t>(rows));
     std::iota(alive.begin(), alive.end(), 0);
     std::vector<float> size(static_cast<std::size_t>(rows), 1.0F);
-    std::vector<int> group(static_cast<std::size_t>(rows));
-    std::iota(group.begin(), group.end(), 0);
-    while (static_cast<int>(alive.size()) > count) {
+    std::vector<Index> groups = alive;
+    std::vector<std::vector<int>> levels;
+    while (true) {
+        if (static_cast<int>(alive.size()) <= most)
+            levels.push_back(numbered(groups, alive));
+        if (alive.size() <= 1)
+            break;
         Index first = 0;
         Index second = 0;
         float least = std::numeric_limits<float>::max();
@@ -119,11 +66,10 @@ std::vector<int> clusterByWard(const WindowMatrix& vectors, int count) {
         }
         size[static_cast<std::size_t>(first)] += secondSize;
         std::erase(alive, second);
-        std::replace(group.begin(), group.end(), static_cast<int>(second), static_cast<int>(first));
+        std::replace(groups.begin(), groups.end(), second, first);
     }
-    for (int& number : group)
-        number = static_cast<int>(std::find(alive.begin(), alive.end(), number) - alive.begin());
-    return group;
+    std::reverse(levels.begin(), levels.end());
+    return levels;
 }
 
 WindowMatrix groupMeans(const WindowMatrix& vectors, std::span<const int> groups, int count) {
@@ -134,6 +80,56 @@ WindowMatrix groupMeans(const WindowMatrix& vectors, std::span<const int> groups
         sizes[groups[row]] += 1.0F;
     }
     return means.array().colwise() / sizes.array().max(1.0F);
+}
+
+std::vector<int> nearestDirections(const WindowMatrix& unitVectors, const WindowMatrix& directions) {
+    const Eigen::MatrixXf cosines = unitVectors * directions.transpose();
+    std::vector<int> groups;
+    groups.reserve(static_cast<std::size_t>(cosines.rows()));
+    for (Index row = 0; row < cosines.rows(); ++row) {
+        Index best = 0;
+        cosines.row(row).maxCoeff(&best);
+        groups.push_back(static_cast<int>(best));
+    }
+    return groups;
+}
+
+WindowMatrix refinedDirections(const WindowMatrix& unitVectors, WindowMatrix means) {
+    const auto count = static_cast<int>(means.rows());
+    means.rowwise().normalize();
+    for (int pass = 0; pass < directionPasses; ++pass) {
+        const auto groups = nearestDirections(unitVectors, means);
+        const WindowMatrix updated = groupMeans(unitVectors, groups, count);
+        // A group that has lost all its rows keeps the direction that it had.
+        for (int group = 0; group < count; ++group)
+            if (updated.row(group).squaredNorm() > 0.0F)
+                means.row(group) = updated.row(group).normalized();
+    }
+    return means;
+}
+
+double groupPersistence(std::span<const FrameRange> windows, std::span<const int> groups, int count) {
+    std::vector<double> share(static_cast<std::size_t>(count), 0.0);
+    std::vector<double> followed(share);
+    std::vector<double> kept(share);
+    for (std::size_t window = 0, next = 0; window < windows.size(); ++window) {
+        const auto group = static_cast<std::size_t>(groups[window]);
+        share[group] += 1.0 / static_cast<double>(windows.size());
+        while (next < windows.size() && windows[next].begin < windows[window].end)
+            ++next;
+        if (next == windows.size() || windows[next].begin - windows[window].end > pauseFrames)
+            continue;
+        followed[group] += 1.0;
+        kept[group] += groups[next] == groups[window] ? 1.0 : 0.0;
+    }
+    double least = 1.0;
+    for (std::size_t group = 0; group < share.size(); ++group) {
+        if (share[group] >= 1.0)
+            return 0.0;
+        const double rate = (kept[group] + presumedPairs * share[group]) / (followed[group] + presumedPairs);
+        least = std::min(least, (rate - share[group]) / (1.0 - share[group]));
+    }
+    return least;
 }
 
 } // namespace corvane

@@ -1,20 +1,26 @@
 // Groups voice vectors into speakers. Pure functions; any thread.
 #pragma once
 
-#include "CorvaneWorker/CommandLine/CommandLine.h"
 #include "CorvaneWorker/Diarization/VoiceWindows.h"
 
 namespace corvane {
 
-// The number of speakers within the limits, by the largest gap between the eigenvalues of the Laplacian of a pruned
-// affinity (normalised maximum eigengap; Park and others, 2020). Rows are vectors of unit length, 600 at most.
-[[nodiscard]] int estimateSpeakerCount(const WindowMatrix& vectors, const SpeakerLimits& limits);
-
-// Ward's hierarchical clustering down to `count` groups; a group number for each row. `count` is between 1 and the
-// number of rows.
-[[nodiscard]] std::vector<int> clusterByWard(const WindowMatrix& vectors, int count);
+// Ward's hierarchical clustering: element n - 1 has a group number below n for each row, for n from 1 to `most` groups,
+// or to the number of rows if that is less.
+[[nodiscard]] std::vector<std::vector<int>> clusterByWard(const WindowMatrix& vectors, int most);
 
 // The mean of each group's rows.
 [[nodiscard]] WindowMatrix groupMeans(const WindowMatrix& vectors, std::span<const int> groups, int count);
+
+// The unit vectors that k-means on the sphere comes to from the given means in a few passes.
+[[nodiscard]] WindowMatrix refinedDirections(const WindowMatrix& unitVectors, WindowMatrix means);
+
+// For each row, the mean with the largest cosine.
+[[nodiscard]] std::vector<int> nearestDirections(const WindowMatrix& unitVectors, const WindowMatrix& directions);
+
+// How much more often than by chance the next window behind a window, without overlap and without a pause, is of the
+// same group: Cohen's kappa of the group in which that holds least, below 1 and the lower the fewer windows show it.
+// People go on talking for a while; where one voice has been cut in two, the pieces alternate.
+[[nodiscard]] double groupPersistence(std::span<const FrameRange> windows, std::span<const int> groups, int count);
 
 } // namespace corvane

@@ -22,8 +22,8 @@ constexpr float preEmphasis = 0.97F;
 
 // Pitch is searched in every second sample of 40 ms.
 constexpr std::size_t pitchSamples = 320;
-constexpr std::size_t shortestLag = 20;  // 400 Hz at 8 kHz
-constexpr std::size_t longestLag = 133;  // 60 Hz
+constexpr std::size_t shortestLag = 20;   // 400 Hz at 8 kHz
+constexpr std::size_t longestLag = 133;   // 60 Hz
 constexpr float clearPeriodicity = 0.55F; // of the autocorrelation's peak, against its value at zero
 
 constexpr std::size_t leadingSilence = windowSamples; // before the first sample, so that every window has its content
@@ -52,18 +52,21 @@ Eigen::MatrixXf cosines() {
     Eigen::MatrixXf matrix(cepstrumSize, bandCount);
     for (int row = 0; row < cepstrumSize; ++row)
         for (int band = 0; band < bandCount; ++band)
-            matrix(row, band) =
-                std::cos(std::numbers::pi_v<float> * static_cast<float>(row) * (static_cast<float>(band) + 0.5F) /
-                         bandCount) *
-                std::sqrt((row == 0 ? 1.0F : 2.0F) / bandCount);
+            matrix(row, band) = std::cos(std::numbers::pi_v<float> * static_cast<float>(row) *
+                                         (static_cast<float>(band) + 0.5F) / bandCount) *
+                                std::sqrt((row == 0 ? 1.0F : 2.0F) / bandCount);
     return matrix;
 }
 
 } // namespace
 
 VoiceFeatures::VoiceFeatures()
-    : m_window(windowSamples), m_twiddles(transformSize / 2), m_reversed(transformSize), m_spectrum(transformSize),
-      m_melWeights(melWeights()), m_cosines(cosines()) {
+    : m_window(windowSamples),
+      m_twiddles(transformSize / 2),
+      m_reversed(transformSize),
+      m_spectrum(transformSize),
+      m_melWeights(melWeights()),
+      m_cosines(cosines()) {
     constexpr float turn = 2.0F * std::numbers::pi_v<float>;
     for (std::size_t index = 0; index < windowSamples; ++index)
         m_window[index] = 0.54F - 0.46F * std::cos(turn * static_cast<float>(index) / (windowSamples - 1));
@@ -128,7 +131,8 @@ float VoiceFeatures::computeLogPitch(const std::vector<float>& padded, std::size
     if (atZero <= 1e-6F)
         return 0.0F;
     const auto periodicity = [&](std::size_t lag) {
-        return m_spectrum[lag].real() / atZero * (static_cast<float>(pitchSamples) / static_cast<float>(pitchSamples - lag));
+        return m_spectrum[lag].real() / atZero *
+               (static_cast<float>(pitchSamples) / static_cast<float>(pitchSamples - lag));
     };
     std::size_t best = shortestLag;
     float bestScore = 0.0F;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <Eigen/Core>
-
 #include <complex>
 #include <cstdint>
 #include <span>

@@ -133,8 +133,22 @@ VoiceWindows measureWindows(const SampleStore& samples, std::span<const FrameRan
 }
 
 WindowMatrix projectWindows(const WindowMatrix& statistics) {
-    const auto& background = voiceBackground();
-    return (statistics.rowwise() - background.mean) * background.projection;
+    const VoiceBackground& background = voiceBackground();
+    const Eigen::ArrayXf ratios = background.ratios.transpose().array();
+    const Eigen::VectorXf weights = (ratios / (1.0F + ratios)).sqrt().matrix();
+    return (statistics.rowwise() - background.mean) * background.projection * weights.asDiagonal();
+}
+
+Eigen::RowVectorXd voiceVector(const WindowMatrix& statistics) {
+    // What is left of the variance within a voice in the mean of the windows of some ten seconds.
+    constexpr float residue = 0.3F;
+    const VoiceBackground& background = voiceBackground();
+    const Eigen::RowVectorXf mean = statistics.colwise().mean() - background.mean;
+    // Wiener's factor, then equal spread over the voices.
+    const Eigen::ArrayXf ratios = background.ratios.transpose().array();
+    const Eigen::VectorXf weights = (ratios / (ratios + residue) / (ratios + residue).sqrt()).matrix();
+    const Eigen::RowVectorXf vector = mean * background.projection * weights.asDiagonal();
+    return vector.cast<double>().normalized();
 }
 
 } // namespace corvane

@@ -6,7 +6,6 @@
 #include "CorvaneWorker/Speech/VoiceActivity.h"
 
 #include <Eigen/Core>
-
 #include <functional>
 #include <span>
 #include <vector>
@@ -28,8 +27,13 @@ struct VoiceWindows {
 [[nodiscard]] VoiceWindows measureWindows(const SampleStore& samples, std::span<const FrameRange> speech,
                                           const std::function<void(double)>& progress);
 
-// Minus the mean of the background voices, times the projection that evens out what varies within one voice; both were
-// learned from other recordings (VoiceBackground.h).
+// Minus the mean of the background voices, along the directions that tell voices apart, each weighed by how well it
+// does that for a single window; both were learned from other recordings (VoiceBackground.h).
 [[nodiscard]] WindowMatrix projectWindows(const WindowMatrix& statistics);
+
+// One voice from all the windows of one speaker: a vector of unit length, to be compared by its cosine. Here every
+// direction counts alike in which the mean of some windows tells voices apart at all, so that no single trait decides.
+// There is at least one window.
+[[nodiscard]] Eigen::RowVectorXd voiceVector(const WindowMatrix& statistics);
 
 } // namespace corvane

@@ -60,7 +60,8 @@ std::vector<FrameRange> speechOf(const TranscriptResult& result, const QString& 
         ranges.push_back({std::llround(std::min(segment.start, longestRecordingSeconds) * framesPerSecond),
                           std::llround(std::min(segment.end, longestRecordingSeconds) * framesPerSecond)});
     }
-    std::sort(ranges.begin(), ranges.end(), [](const auto& left, const auto& right) { return left.begin < right.begin; });
+    std::sort(ranges.begin(), ranges.end(),
+              [](const auto& left, const auto& right) { return left.begin < right.begin; });
     std::vector<FrameRange> joined;
     for (const FrameRange& range : ranges) {
         if (!joined.empty() && range.begin <= joined.back().end)
@@ -87,19 +88,13 @@ std::vector<FrameRange> intersect(std::span<const FrameRange> left, std::span<co
     return common;
 }
 
-std::vector<double> unitMean(const WindowMatrix& vectors) {
-    Eigen::RowVectorXd mean = vectors.cast<double>().colwise().mean();
-    mean.normalize();
-    return {mean.begin(), mean.end()};
-}
-
 ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const TranscriptResult result = readResult(command.runDirectory);
     const auto wanted = speechOf(result, command.speaker);
     if (wanted.empty())
         throw WorkerError(QStringLiteral("The transcript has no speaker “%1”.").arg(command.speaker));
-    const WorkerError tooLittle(QStringLiteral("“%1” speaks too little in this recording to know the voice again.")
-                                    .arg(command.speaker));
+    const WorkerError tooLittle(
+        QStringLiteral("“%1” speaks too little in this recording to know the voice again.").arg(command.speaker));
     SampleStore samples(QDir::tempPath());
     FrameLevels levels;
     const auto sink = [&](std::span<const std::int16_t> block) {
@@ -119,12 +114,14 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
         throw tooLittle;
     ExtractedSpeakerEmbedding embedding;
     embedding.speaker = command.speaker;
-    embedding.embedding = unitMean(projectWindows(windows.vectors));
+    const Eigen::RowVectorXd vector = voiceVector(windows.vectors);
+    embedding.embedding.assign(vector.begin(), vector.end());
     embedding.modelID = voiceModelID;
     embedding.dimension = static_cast<std::int64_t>(embedding.embedding.size());
     embedding.sampleCount = static_cast<std::int64_t>(windows.ranges.size());
     embedding.totalSpeechSeconds = seconds;
-    embedding.sourceRunID = QFileInfo(QDir::cleanPath(QDir::current().absoluteFilePath(command.runDirectory))).fileName();
+    embedding.sourceRunID =
+        QFileInfo(QDir::cleanPath(QDir::current().absoluteFilePath(command.runDirectory))).fileName();
     return embedding;
 }
 

@@ -6,6 +6,7 @@
 #include "CorvaneContract/Transcripts/TranscriptText.h"
 #include "CorvaneWorker/Audio/AudioDecoder.h"
 #include "CorvaneWorker/Diarization/Diarizer.h"
+#include "CorvaneWorker/Run/CrashNotice.h"
 #include "CorvaneWorker/Run/Log.h"
 #include "CorvaneWorker/Run/RunReporter.h"
 #include "CorvaneWorker/Run/SignalWatch.h"
@@ -28,12 +29,14 @@ constexpr double decodedProgress = 0.05;
 constexpr double transcribedProgress = 0.93;
 constexpr double separatedProgress = 0.99;
 
+const QString damagedModel =
+    QStringLiteral("The speech model is damaged and cannot be used. Reinstall the package pocketsphinx-en-us.");
+
 constexpr unsigned mostDecoders = 8; // each takes some 130 MB
 
 class ProcessRun {
 public:
-    ProcessRun(const ProcessCommand& command, RunReporter& reporter)
-        : m_command(command), m_reporter(reporter) {}
+    ProcessRun(const ProcessCommand& command, RunReporter& reporter) : m_command(command), m_reporter(reporter) {}
 
     void run() {
         m_reporter.started(m_command.audio);
@@ -44,8 +47,8 @@ public:
         recognize(samples);
         separate(samples);
         if (qEnvironmentVariable("CORVANE_WORKER_LLM", QStringLiteral("off")) != QLatin1String("off"))
-            logLine(QStringLiteral("%1 is set, but this worker has no language-model step.")
-                        .arg(workerEnvironment::llm));
+            logLine(
+                QStringLiteral("%1 is set, but this worker has no language-model step.").arg(workerEnvironment::llm));
         m_reporter.event(jobEvents::llmSkipped);
         finish();
     }
@@ -58,9 +61,8 @@ private:
             samples.append(block);
             levels.add(block);
         };
-        const auto decoded = decodeAudio(m_command.audio, sink, [this](double fraction) {
-            m_reporter.progressed(fraction * decodedProgress);
-        });
+        const auto decoded = decodeAudio(
+            m_command.audio, sink, [this](double fraction) { m_reporter.progressed(fraction * decodedProgress); });
         for (const QString& note : decoded.notes)
             logLine(note);
         m_duration = secondsOfSamples(decoded.sampleCount);
@@ -72,6 +74,7 @@ private:
         m_reporter.stage(QStringLiteral("Transcribing"), decodedProgress);
         m_reporter.recognized(0.0);
         const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostDecoders);
+        const CrashNotice notice(m_command.outDirectory, damagedModel);
         m_words = recognizeRegions(samples, m_regions, m_model, threads, [this](double fraction) {
             m_reporter.recognized(fraction);
             m_reporter.progressed(decodedProgress + fraction * (transcribedProgress - decodedProgress));
@@ -109,12 +112,11 @@ private:
         const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
         const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
         const bool silent = result.segments.empty();
-        m_reporter.complete(
-            silent ? QStringLiteral("No speech was found") : QStringLiteral("Completed"),
-            {{QStringLiteral("result"), resultPath}, {QStringLiteral("transcript"), textPath}}, [&] {
-                writeFileAtomically(textPath, transcriptText(result.segments, {}).toUtf8());
-                writeFileAtomically(resultPath, encodeTranscriptResult(result));
-            });
+        m_reporter.complete(silent ? QStringLiteral("No speech was found") : QStringLiteral("Completed"),
+                            {{QStringLiteral("result"), resultPath}, {QStringLiteral("transcript"), textPath}}, [&] {
+                                writeFileAtomically(textPath, transcriptText(result.segments, {}).toUtf8());
+                                writeFileAtomically(resultPath, encodeTranscriptResult(result));
+                            });
     }
 
     const ProcessCommand& m_command;
@@ -122,7 +124,7 @@ private:
     SpeechModel m_model;
     double m_duration = 0; // seconds
     std::vector<FrameRange> m_speech;
-    std::vector<FrameRange> m_regions;
+    std::vector<SpeechRegion> m_regions;
     std::vector<RecognizedWord> m_words;
     std::vector<SpeakerTurn> m_turns;
 };
@@ -152,10 +154,7 @@ int runProcess(const ProcessCommand& command) {
     }
     RunReporter reporter(command.outDirectory);
     const SignalWatch watch([&reporter] { endNow(reporter); });
-    setSpeechLibraryFailureHandler([&reporter] {
-        ::_exit(fail(reporter, QStringLiteral("The speech model is damaged and could not be loaded. Reinstall the "
-                                              "package pocketsphinx-en-us.")));
-    });
+    setSpeechLibraryFailureHandler([&reporter] { ::_exit(fail(reporter, damagedModel)); });
     // By the time a failure is told, the temporary sound file is gone and its room on the disk is free again.
     try {
         ProcessRun(command, reporter).run();
@@ -167,8 +166,7 @@ int runProcess(const ProcessCommand& command) {
     } catch (const std::bad_alloc&) {
         return fail(reporter, QStringLiteral("There was not enough memory to transcribe the recording."));
     } catch (const std::exception& error) {
-        return fail(reporter,
-                    QStringLiteral("Transcription failed: %1.").arg(QString::fromUtf8(error.what())));
+        return fail(reporter, QStringLiteral("Transcription failed: %1.").arg(QString::fromUtf8(error.what())));
     }
 }
 

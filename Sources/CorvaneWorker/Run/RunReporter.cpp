@@ -24,8 +24,8 @@ constexpr double leastRecognitionStep = 0.005;
 RunReporter::RunReporter(QString runDirectory) : m_runDirectory(std::move(runDirectory)) {
     const QByteArray path = QFile::encodeName(runFiles::in(m_runDirectory, runFiles::events));
     // Nobody else may have put a FIFO there for this to wait on.
-    m_events = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC | O_NONBLOCK,
-                      S_IRUSR | S_IWUSR);
+    m_events =
+        ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
     m_state.status = jobStatus::running;
 }
 

@@ -2,10 +2,9 @@
 // interrupted in the middle of a region, so a thread of its own waits for SIGTERM and SIGINT.
 #pragma once
 
+#include <csignal>
 #include <functional>
 #include <thread>
-
-#include <csignal>
 
 namespace corvane {
 

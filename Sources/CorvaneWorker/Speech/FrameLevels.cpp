@@ -6,13 +6,13 @@
 namespace corvane {
 
 void FrameLevels::add(std::span<const std::int16_t> samples) {
-    constexpr float preEmphasis = 0.97F;
+    constexpr float leak = 0.96F; // of a high-pass of the first order at about 100 Hz
     constexpr float fullScale = 32768.0F;
     for (const std::int16_t raw : samples) {
         const float sample = static_cast<float>(raw) / fullScale;
-        const float emphasised = sample - preEmphasis * m_previous;
+        m_filtered = sample - m_previous + leak * m_filtered;
         m_previous = sample;
-        m_energy += static_cast<double>(emphasised) * static_cast<double>(emphasised);
+        m_energy += static_cast<double>(m_filtered) * static_cast<double>(m_filtered);
         if (++m_filled < frameSamples)
             continue;
         const double level = 10.0 * std::log10(m_energy / frameSamples + 1e-12);

@@ -16,7 +16,7 @@ class FrameLevels {
 public:
     void add(std::span<const std::int16_t> samples);
 
-    // One level per whole frame, in decibels below full scale, after a pre-emphasis that takes hum and rumble out.
+    // One level per whole frame, in decibels below full scale, after a filter that takes rumble and offsets out.
     [[nodiscard]] const std::vector<float>& levels() const { return m_levels; }
 
 private:
@@ -24,6 +24,7 @@ private:
     double m_energy = 0;
     int m_filled = 0;
     float m_previous = 0;
+    float m_filtered = 0;
 };
 
 } // namespace corvane

@@ -11,12 +11,22 @@ namespace corvane {
 
 namespace {
 
+// The recogniser stretches the first and the last word over the silence at either end.
+void takeOutPadding(std::vector<RecognizedWord>& words, const FrameRange& speech) {
+    const double begin = static_cast<double>(speech.begin) / framesPerSecond;
+    const double end = static_cast<double>(speech.end) / framesPerSecond;
+    for (RecognizedWord& word : words) {
+        word.start = std::clamp(word.start, begin, end);
+        word.end = std::clamp(word.end, word.start, std::max(word.start, end));
+    }
+}
+
 class RegionQueue {
 public:
-    RegionQueue(const SampleStore& samples, std::span<const FrameRange> regions, const RecognitionProgress& progress)
+    RegionQueue(const SampleStore& samples, std::span<const SpeechRegion> regions, const RecognitionProgress& progress)
         : m_samples(samples), m_regions(regions), m_progress(progress), m_words(regions.size()) {
-        for (const FrameRange& region : regions)
-            m_totalFrames += region.length();
+        for (const SpeechRegion& region : regions)
+            m_totalFrames += region.sound.length();
     }
 
     // Takes region after region until none is left or a thread has failed.
@@ -24,9 +34,11 @@ public:
         try {
             SpeechDecoder decoder(model);
             while (const auto index = take()) {
-                const FrameRange& region = m_regions[*index];
-                const auto sound = m_samples.read(region.begin * frameSamples, region.length() * frameSamples);
-                auto words = decoder.recognize(sound, static_cast<double>(region.begin) / framesPerSecond);
+                const SpeechRegion& region = m_regions[*index];
+                const auto sound =
+                    m_samples.read(region.sound.begin * frameSamples, region.sound.length() * frameSamples);
+                auto words = decoder.recognize(sound, static_cast<double>(region.sound.begin) / framesPerSecond);
+                takeOutPadding(words, region.speech);
                 deliver(*index, std::move(words));
             }
         } catch (...) {
@@ -56,12 +68,12 @@ private:
     void deliver(std::size_t index, std::vector<RecognizedWord> words) {
         const std::lock_guard lock(m_mutex);
         m_words[index] = std::move(words);
-        m_doneFrames += m_regions[index].length();
+        m_doneFrames += m_regions[index].sound.length();
         m_progress(static_cast<double>(m_doneFrames) / static_cast<double>(m_totalFrames));
     }
 
     const SampleStore& m_samples;
-    std::span<const FrameRange> m_regions;
+    std::span<const SpeechRegion> m_regions;
     const RecognitionProgress& m_progress;
     std::mutex m_mutex;
     std::vector<std::vector<RecognizedWord>> m_words; // this and what follows is guarded by the mutex
@@ -73,7 +85,7 @@ private:
 
 } // namespace
 
-std::vector<RecognizedWord> recognizeRegions(const SampleStore& samples, std::span<const FrameRange> regions,
+std::vector<RecognizedWord> recognizeRegions(const SampleStore& samples, std::span<const SpeechRegion> regions,
                                              const SpeechModel& model, unsigned threads,
                                              const RecognitionProgress& progress) {
     if (regions.empty())

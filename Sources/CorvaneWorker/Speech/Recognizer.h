@@ -14,7 +14,7 @@ using RecognitionProgress = std::function<void(double)>;
 // The words of all regions in the order of the regions, whatever the number of threads. Throws WorkerError, the first
 // one of any thread.
 [[nodiscard]] std::vector<RecognizedWord> recognizeRegions(const SampleStore& samples,
-                                                           std::span<const FrameRange> regions,
+                                                           std::span<const SpeechRegion> regions,
                                                            const SpeechModel& model, unsigned threads,
                                                            const RecognitionProgress& progress);
 

@@ -37,6 +37,7 @@ void logLibraryMessage(void*, err_lvl_t level, const char* format, ...) {
 void quietLibrary() {
     static std::once_flag once;
     std::call_once(once, [] { err_set_callback(&logLibraryMessage, nullptr); });
+    err_set_logfp(nullptr); // of this thread
 }
 
 } // namespace
@@ -61,10 +62,10 @@ SpeechDecoder::SpeechDecoder(const SpeechModel& model) {
     // A cap on the active models bounds the time that noise can take; the language weight and the missing best-path
     // pass are each a point of word error rate better than the library's own choice. The library's own removal of
     // silence would shift the times.
-    cmd_ln_t* config = cmd_ln_init(
-        nullptr, ps_args(), TRUE, "-hmm", QFile::encodeName(model.acoustic).constData(), "-lm",
-        QFile::encodeName(model.language).constData(), "-dict", QFile::encodeName(model.dictionary).constData(),
-        "-maxhmmpf", "3000", "-lw", "5", "-bestpath", "no", "-cmn", "batch", "-remove_silence", "no", nullptr);
+    cmd_ln_t* config = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", QFile::encodeName(model.acoustic).constData(),
+                                   "-lm", QFile::encodeName(model.language).constData(), "-dict",
+                                   QFile::encodeName(model.dictionary).constData(), "-maxhmmpf", "3000", "-lw", "5",
+                                   "-bestpath", "no", "-cmn", "batch", "-remove_silence", "no", nullptr);
     if (config != nullptr) {
         m_decoder.reset(ps_init(config));
         cmd_ln_free_r(config);
@@ -92,8 +93,8 @@ std::vector<RecognizedWord> SpeechDecoder::recognize(std::span<const std::int16_
         int last = 0;
         ps_seg_frames(segment, &first, &last);
         if (!text.isEmpty())
-            words.push_back({startSeconds + first / modelFramesPerSecond,
-                             startSeconds + (last + 1) / modelFramesPerSecond, text});
+            words.push_back(
+                {startSeconds + first / modelFramesPerSecond, startSeconds + (last + 1) / modelFramesPerSecond, text});
     }
     return words;
 }

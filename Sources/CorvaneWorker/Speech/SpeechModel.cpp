@@ -23,8 +23,7 @@ void requireModelForLanguage(const QString& language) {
     const QString plain = language.trimmed().toLower().replace(QLatin1Char('_'), QLatin1Char('-'));
     if (plain == QLatin1String("en") || plain.startsWith(QLatin1String("en-")) || plain == QLatin1String("english"))
         return;
-    throw WorkerError(
-        QStringLiteral("Corvane has no speech model for “%1”. It transcribes English.").arg(language));
+    throw WorkerError(QStringLiteral("Corvane has no speech model for “%1”. It transcribes English.").arg(language));
 }
 
 SpeechModel installedSpeechModel() {

@@ -8,12 +8,12 @@ namespace corvane {
 
 namespace {
 
-constexpr std::int64_t blockFrames = 500;        // the thresholds are found anew this often
+constexpr std::int64_t blockFrames = 500;         // the thresholds are found anew this often
 constexpr std::int64_t surroundingsFrames = 3000; // from this much sound
 constexpr std::int64_t shortestSpeech = 10;
 constexpr std::int64_t bridgedPause = 30;
-constexpr float aboveNoise = 9.0F;        // dB
-constexpr float belowLoud = 30.0F;        // dB under the loud frames of the surroundings
+constexpr float aboveNoise = 7.0F;         // dB
+constexpr float belowLoud = 30.0F;         // dB under the loud frames of the surroundings
 constexpr float leastDynamicRange = 12.0F; // dB between the loud and the quiet frames
 constexpr float faintest = -70.0F;
 
@@ -53,14 +53,19 @@ void appendRange(std::vector<FrameRange>& ranges, FrameRange range) {
         ranges.push_back(range);
 }
 
-// Cuts [begin, end) at the quietest tenth of a second of its middle half until no piece is too long.
-void appendCut(std::vector<FrameRange>& regions, FrameRange region, std::span<const float> levels,
+// Cuts the sound at its quietest tenth of a second, as late as the limit allows and not before half of it, until no
+// piece is too long.
+void appendCut(std::vector<SpeechRegion>& regions, SpeechRegion region, std::span<const float> levels,
                std::int64_t longest) {
-    while (region.length() > longest) {
-        const std::int64_t from = region.begin + longest / 2;
+    const auto part = [&](std::int64_t begin, std::int64_t end) {
+        regions.push_back({{begin, end}, {std::max(begin, region.speech.begin), std::min(end, region.speech.end)}});
+    };
+    std::int64_t begin = region.sound.begin;
+    while (region.sound.end - begin > longest) {
+        const std::int64_t from = begin + longest / 2;
         std::int64_t quietest = from;
         float least = 0.0F;
-        for (std::int64_t frame = from; frame + 10 <= region.begin + longest; ++frame) {
+        for (std::int64_t frame = from; frame + 10 <= begin + longest; ++frame) {
             float sum = 0.0F;
             for (std::int64_t offset = 0; offset < 10; ++offset)
                 sum += levels[static_cast<std::size_t>(frame + offset)];
@@ -69,10 +74,10 @@ void appendCut(std::vector<FrameRange>& regions, FrameRange region, std::span<co
                 quietest = frame + 5;
             }
         }
-        regions.push_back({region.begin, quietest});
-        region.begin = quietest;
+        part(begin, quietest);
+        begin = quietest;
     }
-    regions.push_back(region);
+    part(begin, region.sound.end);
 }
 
 } // namespace
@@ -97,8 +102,8 @@ std::vector<FrameRange> findSpeech(std::span<const float> levels) {
     return ranges;
 }
 
-std::vector<FrameRange> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                      const RegionLimits& limits) {
+std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
+                                        const RegionLimits& limits) {
     std::vector<FrameRange> joined;
     for (const FrameRange& range : speech) {
         if (!joined.empty() && range.begin - joined.back().end < limits.joinedPause)
@@ -106,7 +111,7 @@ std::vector<FrameRange> speechRegions(std::span<const FrameRange> speech, std::s
         else
             joined.push_back(range);
     }
-    std::vector<FrameRange> regions;
+    std::vector<SpeechRegion> regions;
     const auto count = static_cast<std::int64_t>(levels.size());
     for (std::size_t index = 0; index < joined.size(); ++index) {
         const std::int64_t before = index == 0 ? 0 : (joined[index - 1].end + joined[index].begin) / 2;
@@ -114,7 +119,7 @@ std::vector<FrameRange> speechRegions(std::span<const FrameRange> speech, std::s
             index + 1 == joined.size() ? count : (joined[index].end + joined[index + 1].begin) / 2;
         const FrameRange padded{std::max(before, joined[index].begin - limits.paddingFrames),
                                 std::min(behind, joined[index].end + limits.paddingFrames)};
-        appendCut(regions, padded, levels, limits.longestFrames);
+        appendCut(regions, {padded, joined[index]}, levels, limits.longestFrames);
     }
     return regions;
 }

@@ -28,8 +28,16 @@ struct RegionLimits {
     std::int64_t longestFrames = 2000; // a longer region is cut at its quietest point
 };
 
+// A piece of the recording for the recogniser.
+struct SpeechRegion {
+    FrameRange sound;  // what it listens to
+    FrameRange speech; // the part of that in which words can be; the rest is padding
+
+    friend bool operator==(const SpeechRegion&, const SpeechRegion&) = default;
+};
+
 // Regions for the recogniser: stretches joined over short pauses, padded, and cut where they are too long.
-[[nodiscard]] std::vector<FrameRange> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                                    const RegionLimits& limits = {});
+[[nodiscard]] std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
+                                                      const RegionLimits& limits = {});
 
 } // namespace corvane

@@ -84,7 +84,8 @@ std::optional<double> lengthOf(AVFormatContext& input) {
     // The container's length, which counts in microseconds, is that of its longest stream.
     if (input.nb_streams == 1 && stream.duration != AV_NOPTS_VALUE)
         return seconds(stream.duration, stream.time_base);
-    return input.duration == AV_NOPTS_VALUE ? std::nullopt : std::optional(seconds(input.duration, AV_TIME_BASE_Q));
+    return input.duration == AV_NOPTS_VALUE ? std::nullopt
+                                            : std::optional(seconds(input.duration, AVRational{1, AV_TIME_BASE}));
 }
 
 } // namespace

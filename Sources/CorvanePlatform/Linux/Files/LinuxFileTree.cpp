@@ -61,7 +61,7 @@ std::optional<std::vector<QString>> LinuxFileTree::list(const QString& directory
     std::vector<QString> names;
     while (true) {
         errno = 0;
-        const dirent* entry = ::readdir(stream.get());
+        const dirent* entry = ::readdir(stream.get()); // NOLINT(concurrency-mt-unsafe): no other thread has this stream
         if (!entry)
             // A list cut short would look like files that were removed.
             return errno == 0 ? std::optional(std::move(names)) : std::nullopt;

@@ -91,12 +91,12 @@ void spawnAndReap(const SpawnRequest& request, std::promise<std::shared_ptr<Spaw
 // Reads until the command has ended or closed the pipe. A background process that it left behind may hold the pipe
 // open for as long as it likes.
 QByteArray readOutput(int pipe, pid_t process) {
-    constexpr qsizetype kept = 1024 * 1024;
+    constexpr qsizetype kept = 1'048'576;
     // The header of glibc 2.36 declares pidfd_open() without C linkage, so that it cannot be called from C++.
     const UniqueFd end(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
     QByteArray output;
     // As large as a pipe: after the command has ended, one read fetches all that it had written.
-    std::array<char, 64 * 1024> buffer{};
+    std::array<char, 65'536> buffer{};
     bool ended = false;
     while (!ended) {
         std::array<pollfd, 2> waiting{pollfd{pipe, POLLIN, 0}, pollfd{end.get(), POLLIN, 0}};

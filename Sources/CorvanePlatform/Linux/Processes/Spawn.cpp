@@ -34,6 +34,7 @@ std::string nativeText(const QString& text) {
 // The bytes of the own environment as they are, so that values in another encoding survive, and the additions.
 std::vector<std::string> mergedEnvironment(const ProcessEnvironment& additions) {
     std::vector<std::string> result;
+    result.reserve(additions.size());
     for (const auto& [key, value] : additions)
         result.push_back(nativeText(key) + '=' + nativeText(value));
     const auto replaced = [&](std::string_view entry) {
@@ -51,6 +52,7 @@ std::vector<std::string> mergedEnvironment(const ProcessEnvironment& additions) 
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (std::string& text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);

@@ -1,0 +1,101 @@
+// What does the list of meetings cost that is rebuilt from the disk each second? Two data directories of finished
+// meetings, each with its run and its draft, are scanned; the peer is a plain stat() of the same files.
+#include "Benchmarks/Measuring.h"
+#include "Support/Builders/DataDirectoryBuilder.h"
+#include "Support/Builders/ModelFixture.h"
+
+#include "CorvaneCore/Library/MeetingLibrary.h"
+#include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+
+#include <QCoreApplication>
+
+#include <unistd.h>
+
+using namespace corvane;
+
+namespace {
+
+void require(bool done, const char* what) {
+    if (!done) {
+        std::perror(what);
+        std::exit(1);
+    }
+}
+
+// 1 MB transcripts are hard links to one file, so that ten thousand meetings take no ten gigabytes.
+void makeMeetings(const DataDirectoryBuilder& data, int count) {
+    const QString shared = data.paths.root + QStringLiteral("/result.json");
+    writeFileAtomically(shared, encodeTranscriptResult(speechResult(6000)));
+    const QByteArray event = "{\"ts\":\"2026-03-02T14:05:33Z\",\"type\":\"job_started\",\"audio\":\"/x.wav\"}\n";
+    const auto writePlainly = [](const QString& path, const QByteArray& content) {
+        QFile file(path);
+        require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), "write");
+    };
+    for (int i = 0; i < count; ++i) {
+        const QString id = uuidText(QUuid::createUuid());
+        RunAppMetadata record;
+        record.title = QStringLiteral("Weekly meeting %1").arg(i);
+        record.audioPath = data.recording(id + QStringLiteral(".wav"));
+        record.meetingID = id;
+        MeetingDraftMetadata draft;
+        draft.title = record.title;
+        draft.audioPath = record.audioPath;
+        const QString run = data.makeRun(uuidText(QUuid::createUuid()));
+        createPrivateDirectory(data.paths.meeting(id));
+        writePlainly(data.paths.meeting(id) + QStringLiteral("/metadata.json"), encodeMeetingDraft(draft));
+        writePlainly(run + QStringLiteral("/app_metadata.json"), encodeRunAppMetadata(record));
+        writePlainly(runFiles::in(run, runFiles::jobState),
+                     encodeWorkerJobState({.status = QStringLiteral("completed"), .message = {}, .outputs = {}}));
+        writePlainly(runFiles::in(run, runFiles::events), event.repeated(20));
+        require(::link(QFile::encodeName(shared).constData(),
+                       QFile::encodeName(runFiles::in(run, runFiles::result)).constData()) == 0,
+                "link");
+    }
+}
+
+// The same files that a scan has to look at: each run with its two documents.
+std::vector<QByteArray> scannedFiles(const AppPaths& paths, const FileTree& files) {
+    std::vector<QByteArray> names;
+    for (const QString& run : files.list(paths.runs()).value_or(std::vector<QString>())) {
+        for (const char* file : {"", "/app_metadata.json", "/job_state.json"})
+            names.push_back(QFile::encodeName(paths.runs() + QLatin1Char('/') + run) + file);
+    }
+    return names;
+}
+
+void measure(int count, double limit) {
+    const DataDirectoryBuilder data;
+    makeMeetings(data, count);
+    const auto files = std::make_shared<LinuxFileTree>();
+    data.makeDraft(QStringLiteral("LAST"), {});
+    DataDirectoryBuilder::settle(*files, data.paths.meeting(QStringLiteral("LAST")) + QStringLiteral("/metadata.json"));
+
+    const std::vector<QByteArray> names = scannedFiles(data.paths, *files);
+    const double plain = medianMilliseconds(15, [&] {
+        struct stat status {};
+        for (const QByteArray& name : names)
+            require(::stat(name.constData(), &status) == 0, "stat");
+    });
+    MeetingLibrary library(data.paths, files);
+    std::size_t listed = 0;
+    const double first = milliseconds([&] { listed = library.scan().size(); });
+    require(listed == static_cast<std::size_t>(count) + 1, "scan");
+    const double warm = medianMilliseconds(101, [&] { listed = library.scan().size(); });
+    std::printf("%d meetings, %zu listed\n", count, listed);
+    printFigure("  MeetingLibrary::scan, repeated", warm, limit, "stat of the same files", plain);
+    printFigure("  MeetingLibrary::scan, first", first, 10 * limit, "stat of the same files", plain);
+
+    ModelFixture fixture(data.paths);
+    AppModel& model = fixture.start();
+    const double tick = medianMilliseconds(101, [&] { model.pollTick(); });
+    printFigure("  AppModel::pollTick, idle", tick, limit, "stat of the same files", plain);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    measure(1'000, 10);
+    measure(10'000, 100);
+    return 0;
+}

@@ -1,0 +1,68 @@
+#include "CorvaneApp/Composition/LinuxServices.h"
+
+#include "CorvanePlatform/Linux/Audio/FFmpegAudioFileInspector.h"
+#include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
+#include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+#include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
+#include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
+#include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcessEnvironment>
+
+#include <sys/stat.h>
+
+namespace corvane {
+
+namespace {
+
+ProcessEnvironment ownEnvironment() {
+    const QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
+    ProcessEnvironment environment;
+    for (const QString& key : own.keys())
+        environment.emplace(key, own.value(key));
+    return environment;
+}
+
+// The installed tree and the build tree have the same shape. Asked of the kernel, as a program may be started through
+// a link from anywhere.
+std::optional<QString> resourceDirectory() {
+    const QString executable = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
+    if (executable.isEmpty())
+        return std::nullopt;
+    return QDir::cleanPath(executable + QStringLiteral("/../../lib/corvane"));
+}
+
+// A workspace with the launcher that it borrows.
+struct OwningWorkspace {
+    explicit OwningWorkspace(std::shared_ptr<ProcessLauncher> own) : launcher(std::move(own)), workspace(*launcher) {}
+
+    std::shared_ptr<ProcessLauncher> launcher;
+    XdgWorkspace workspace;
+};
+
+std::shared_ptr<Workspace> makeWorkspace(std::shared_ptr<ProcessLauncher> launcher) {
+    const auto owner = std::make_shared<OwningWorkspace>(std::move(launcher));
+    return {owner, &owner->workspace};
+}
+
+} // namespace
+
+AppServices makeLinuxServices() {
+    AppServices services;
+    services.tokenStore = std::make_shared<KeychainTokenStore>();
+    services.defaults = std::make_shared<FileUserDefaults>(FileUserDefaults::productionPath());
+    services.files = std::make_shared<LinuxFileTree>();
+    services.processes = std::make_shared<LinuxProcessLauncher>();
+    services.audioFiles = std::make_shared<FFmpegAudioFileInspector>();
+    services.workspace = makeWorkspace(services.processes);
+    services.clock = std::make_shared<SystemClock>();
+    services.environment = ownEnvironment();
+    services.currentDirectory = QDir::currentPath();
+    services.bundleResourceDirectory = resourceDirectory();
+    ::umask(S_IRWXG | S_IRWXO);
+    return services;
+}
+
+} // namespace corvane

@@ -1,0 +1,156 @@
+#include "CorvaneCtl/Commands.h"
+
+#include "CorvaneCtl/Session.h"
+
+namespace corvane::ctl {
+
+namespace {
+
+struct Command {
+    CommandSpec spec;
+    ExitStatus (*run)(Session&);
+};
+
+Command importCommand() {
+    return {{.name = QStringLiteral("import"),
+             .operands = QStringLiteral("FILE..."),
+             .minimumOperands = 1,
+             .maximumOperands = {},
+             .summary = QStringLiteral("make a meeting of each audio or movie file"),
+             .description = QStringLiteral("Copies each audio or movie file into the data directory and makes a "
+                                           "meeting of it, without processing it.\nPrints the id and the title."),
+             .options = {}},
+            runImport};
+}
+
+Command processCommand() {
+    return {
+        {.name = QStringLiteral("process"),
+         .operands = QStringLiteral("[MEETING]"),
+         .minimumOperands = 0,
+         .maximumOperands = 1,
+         .summary = QStringLiteral("turn a meeting's audio into a transcript"),
+         .description = QStringLiteral("Starts the processing of a meeting, the newest by default, and prints the "
+                                       "run directory.\nProcessing goes on when corvanectl has ended."),
+         .options = {{QStringLiteral("language"), QStringLiteral("L"), QStringLiteral("the language spoken, as en")},
+                     {QStringLiteral("speakers"), QStringLiteral("N"),
+                      QStringLiteral("how many speak: a number, MIN-MAX, auto, or off to tell nobody apart")},
+                     {QStringLiteral("wait"), {}, QStringLiteral("show the progress and wait for the end")},
+                     {QStringLiteral("force"), {}, QStringLiteral("also if the meeting seems to be in processing")}}},
+        runProcess};
+}
+
+Command meetingsCommand() {
+    return {{.name = QStringLiteral("meetings"),
+             .operands = {},
+             .minimumOperands = 0,
+             .maximumOperands = 0,
+             .summary = QStringLiteral("list the meetings, newest first"),
+             .description = QStringLiteral("Lists the meetings, newest first: id, time, status and title."),
+             .options = {}},
+            runMeetings};
+}
+
+Command showCommand() {
+    return {{.name = QStringLiteral("show"),
+             .operands = QStringLiteral("[MEETING]"),
+             .minimumOperands = 0,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("show all that is known of a meeting"),
+             .description = QStringLiteral("Shows a meeting, the newest by default: title, audio, settings, runs, "
+                                           "speakers, and where its files lie."),
+             .options = {}},
+            runShow};
+}
+
+Command transcriptCommand() {
+    return {{.name = QStringLiteral("transcript"),
+             .operands = QStringLiteral("[MEETING]"),
+             .minimumOperands = 0,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("print the transcript"),
+             .description = QStringLiteral("Prints the transcript of a meeting, the newest by default, with the names "
+                                           "given to its speakers.\n--json is short for --format json."),
+             .options = {{QStringLiteral("format"), QStringLiteral("FORMAT"),
+                          QStringLiteral("text (the default), srt, vtt or json")}}},
+            runTranscript};
+}
+
+Command renameCommand() {
+    return {{.name = QStringLiteral("rename"),
+             .operands = QStringLiteral("MEETING TITLE"),
+             .minimumOperands = 2,
+             .maximumOperands = 2,
+             .summary = QStringLiteral("give a meeting another title"),
+             .description = QStringLiteral("Gives a meeting another title."),
+             .options = {}},
+            runRename};
+}
+
+Command speakerCommand() {
+    return {{.name = QStringLiteral("speaker"),
+             .operands = QStringLiteral("MEETING LABEL NAME"),
+             .minimumOperands = 3,
+             .maximumOperands = 3,
+             .summary = QStringLiteral("give a speaker a name"),
+             .description = QStringLiteral("Gives a speaker of a meeting's newest run a name, in result.json and in "
+                                           "the transcript files.\nLABEL is the speaker's label as `corvanectl show` "
+                                           "has it. An empty NAME takes the name away."),
+             .options = {}},
+            runSpeaker};
+}
+
+Command deleteCommand() {
+    return {{.name = QStringLiteral("delete"),
+             .operands = QStringLiteral("MEETING"),
+             .minimumOperands = 1,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("delete a meeting with its runs"),
+             .description = QStringLiteral("Deletes a meeting with its runs and transcripts, for good. Its audio stays "
+                                           "unless --audio is given."),
+             .options = {{QStringLiteral("audio"), {}, QStringLiteral("delete its audio in the data directory too")},
+                         {QStringLiteral("yes"), {}, QStringLiteral("do not ask")},
+                         {QStringLiteral("force"), {}, QStringLiteral("also if it is in processing or recorded")}}},
+            runDelete};
+}
+
+Command statusCommand() {
+    return {{.name = QStringLiteral("status"),
+             .operands = {},
+             .minimumOperands = 0,
+             .maximumOperands = 0,
+             .summary = QStringLiteral("show what is running, and whether all that is needed is there"),
+             .description = QStringLiteral("Shows the data directory, what is in processing and how far it is, the "
+                                           "worker program, and whether the token store can be reached."),
+             .options = {}},
+            runStatus};
+}
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> table{importCommand(),  processCommand(),    meetingsCommand(),
+                                            showCommand(),    transcriptCommand(), renameCommand(),
+                                            speakerCommand(), deleteCommand(),     statusCommand()};
+    return table;
+}
+
+} // namespace
+
+const std::vector<CommandSpec>& commandSpecs() {
+    static const std::vector<CommandSpec> specs = [] {
+        std::vector<CommandSpec> result;
+        for (const Command& command : commands())
+            result.push_back(command.spec);
+        return result;
+    }();
+    return specs;
+}
+
+ExitStatus runCommand(Session& session) {
+    for (const Command& command : commands()) {
+        if (command.spec.name == session.line().command)
+            return command.run(session);
+    }
+    throw UsageError(QStringLiteral("there is no command “%1”").arg(session.line().command));
+}
+
+} // namespace corvane::ctl

@@ -1,0 +1,28 @@
+// What corvanectl can do: one row of the table and one function for each command.
+#pragma once
+
+#include "CorvaneCtl/CommandLine.h"
+#include "CorvaneCtl/CtlError.h"
+
+#include <vector>
+
+namespace corvane::ctl {
+
+class Session;
+
+// Each runs on the main thread to the command's end and throws CtlError, or Interrupted where it waits.
+[[nodiscard]] ExitStatus runImport(Session& session);     // ImportCommand.cpp
+[[nodiscard]] ExitStatus runProcess(Session& session);    // ProcessCommand.cpp
+[[nodiscard]] ExitStatus runMeetings(Session& session);   // LibraryCommands.cpp
+[[nodiscard]] ExitStatus runShow(Session& session);       // LibraryCommands.cpp
+[[nodiscard]] ExitStatus runTranscript(Session& session); // TranscriptCommand.cpp
+[[nodiscard]] ExitStatus runRename(Session& session);     // EditCommands.cpp
+[[nodiscard]] ExitStatus runSpeaker(Session& session);    // EditCommands.cpp
+[[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
+[[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp
+
+[[nodiscard]] const std::vector<CommandSpec>& commandSpecs();
+
+[[nodiscard]] ExitStatus runCommand(Session& session);
+
+} // namespace corvane::ctl

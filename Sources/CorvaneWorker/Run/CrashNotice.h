@@ -1,0 +1,19 @@
+// Tells that a run has failed even when the process crashes, as the recognition library does on some damaged models.
+// Everything is prepared beforehand; the signal handler only writes bytes. One object at a time, on the main thread.
+#pragma once
+
+#include <QString>
+
+namespace corvane {
+
+class CrashNotice {
+public:
+    // While this object lives, a crash leaves the sentence in job_state.json, in a "failed" event and on standard
+    // error, and ends the process with status 1.
+    CrashNotice(const QString& runDirectory, const QString& sentence);
+    ~CrashNotice();
+    CrashNotice(const CrashNotice&) = delete;
+    CrashNotice& operator=(const CrashNotice&) = delete;
+};
+
+} // namespace corvane

@@ -1,0 +1,29 @@
+// A recording as the voice code wants it: decoded, with its speech found. Used by the voice-lab; one thread.
+#pragma once
+
+#include "CorvaneWorker/Audio/SampleStore.h"
+#include "CorvaneWorker/Diarization/VoiceWindows.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace corvane {
+
+struct Recording {
+    SampleStore samples;
+    std::vector<FrameRange> speech;
+
+    explicit Recording(const QString& path); // throws WorkerError
+};
+
+// CORPUS/SPEAKER/*.wav
+struct CorpusFile {
+    QString speaker;
+    QString path;
+};
+[[nodiscard]] std::vector<CorpusFile> corpusFiles(const QString& directory);
+
+// Statistics of the windows of a file, not projected.
+[[nodiscard]] WindowMatrix statisticsOfFile(const QString& path);
+
+} // namespace corvane

@@ -1,0 +1,216 @@
+// The documents that the application and the worker exchange: what is tolerated in each, and what is not.
+#include "Support/PrintQt.h"
+
+#include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Jobs/WorkerJobEvent.h"
+#include "CorvaneContract/Jobs/WorkerJobState.h"
+#include "CorvaneContract/Json/JsonReader.h"
+#include "CorvaneContract/Json/JsonWriter.h"
+#include "CorvaneContract/Transcripts/TranscriptResult.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+using namespace corvane;
+
+namespace {
+
+template<typename Decode>
+bool decodes(Decode decode, const QByteArray& json) {
+    try {
+        static_cast<void>(decode(json));
+        return true;
+    } catch (const JsonError& error) {
+        EXPECT_FALSE(error.text().isEmpty());
+        return false;
+    }
+}
+
+QByteArray resultWith(const QByteArray& keys) {
+    return R"({"metadata":{},"segments":[],"speakers":[])" + (keys.isEmpty() ? keys : "," + keys) + "}";
+}
+
+const QByteArray uuid = "\"0a1b2c3d-0000-4000-8000-00000000000f\"";
+
+} // namespace
+
+TEST(WorkerJobState, NeedsItsFourKeysInTheirTypes) {
+    const auto state = [](const QByteArray& progress, const QByteArray& outputs) {
+        return R"({"status":"s","message":"m","progress":)" + progress + R"(,"outputs":)" + outputs + R"(,"more":1})";
+    };
+    const WorkerJobState read = decodeWorkerJobState(state("1", R"({"a":"/p"})"));
+    EXPECT_EQ(read.progress, 1.0);
+    EXPECT_EQ(read.outputs.at(QStringLiteral("a")), QStringLiteral("/p"));
+    EXPECT_EQ(decodeWorkerJobState(encodeWorkerJobState(read)), read);
+    for (const auto& [progress, outputs] : std::vector<std::pair<QByteArray, QByteArray>>{
+             {"null", "{}"}, {"\"0.5\"", "{}"}, {"true", "{}"}, {"1e400", "{}"}, {"0", R"({"a":1})"}, {"0", "null"}})
+        EXPECT_FALSE(decodes(decodeWorkerJobState, state(progress, outputs))) << progress.data();
+    EXPECT_FALSE(decodes(decodeWorkerJobState, R"({"status":"s","message":"m","progress":0})"));
+}
+
+TEST(WorkerJobEvent, KeepsALineThatIsAnObjectWithAType) {
+    const auto time = [](const char* ts) -> QString {
+        const auto event = decodeWorkerJobEvent(QByteArray("{\"type\":\"x\",\"ts\":") + ts + "}");
+        if (!event)
+            return QStringLiteral("dropped");
+        return event->timestamp ? event->timestamp->toUTC().toString(Qt::ISODateWithMs) : QStringLiteral("none");
+    };
+    EXPECT_EQ(time("\"2026-03-02T14:05:33Z\""), QStringLiteral("2026-03-02T14:05:33.000Z"));
+    EXPECT_EQ(time("\"2026-03-02T14:05:33.250Z\""), QStringLiteral("2026-03-02T14:05:33.250Z"));
+    EXPECT_EQ(time("\"2026-03-02T00:05:33.123456+01:00\""), QStringLiteral("2026-03-01T23:05:33.123Z"));
+    EXPECT_EQ(time("\"2026-03-02T23:05:33-01:30\""), QStringLiteral("2026-03-03T00:35:33.000Z"));
+    for (const char* none : {"\"2026-03-02 14:05:33\"", "\"2026-03-02T14:05:33\"", "\"2026-02-30T14:05:33Z\"",
+                             "\"2026-03-02T14:05:33Z \"", "\"2026-03-02T25:05:33Z\"", "5", "null"})
+        EXPECT_EQ(time(none), QStringLiteral("none")) << none;
+    EXPECT_EQ(decodeWorkerJobEvent("{\"type\":\"x\"}")->payload.size(), 1U);
+    for (const char* dropped :
+         {"[1,2]", "{\"type\":5}", "{\"a\":1}", "{\"type\":\"x\"", "\"type\"", "{\"type\":\"x\"}{}"})
+        EXPECT_FALSE(decodeWorkerJobEvent(dropped)) << dropped;
+
+    const JSONValue::Object details{{QStringLiteral("n"), 1.5}};
+    const QByteArray line = encodeWorkerJobEvent(
+        QStringLiteral("x"), *parseInternetDateTime(QStringLiteral("2026-03-02T14:05:33Z")), details);
+    EXPECT_EQ(line, "{\"n\":1.5,\"ts\":\"2026-03-02T14:05:33.000Z\",\"type\":\"x\"}\n");
+}
+
+TEST(TranscriptResult, DecodesAllOrNothing) {
+    const QByteArray match =
+        R"({"speaker":"A","profile_id":)" + uuid + R"(,"display_name":"n","score":1,"status":"odd"})";
+    const QByteArray assignment = R"({"A":{"profile_id":)" + uuid + R"(,"display_name":"n"}})";
+    const QByteArray segment = R"("start":1,"end":2.5,"text":"t","speaker":"A")";
+    struct Case {
+        QByteArray json;
+        bool decodes;
+    };
+    const std::vector<Case> cases{
+        {resultWith(""), true},
+        {resultWith(
+             R"("speaker_names":null,"speaker_profile_assignments":null,"speaker_profile_matches":null,"llm":null)"),
+         true},
+        {R"({"metadata":{},"segments":[],"speakers":null})", false},
+        {R"({"metadata":{},"segments":[]})", false},
+        {R"({"metadata":null,"segments":[],"speakers":[]})", false},
+        {R"({"metadata":{},"segments":[{)" + segment + R"(,"extra":[1]}],"speakers":[]})", true},
+        {R"({"metadata":{},"segments":[{"start":"1","end":2,"text":"t","speaker":"A"}],"speakers":[]})", false},
+        {R"({"metadata":{},"segments":[{"start":true,"end":2,"text":"t","speaker":"A"}],"speakers":[]})", false},
+        {R"({"metadata":{},"segments":[{)" + segment + R"(},{"start":1}],"speakers":[]})", false},
+        {R"({"metadata":{},"segments":[],"speakers":[{"speaker":"A","duration":1,"examples":[{"start":1,"end":2}]}]})",
+         false},
+        {resultWith(R"("llm":{"provider":"x","model":"y","summary":"z"})"), false},
+        {resultWith(R"("llm":{"provider":"x","model":"y","summary":"z","speaker_context":[]})"), true},
+        {resultWith("\"speaker_profile_matches\":[" + match + "]"), true},
+        {resultWith("\"speaker_profile_matches\":[" + QByteArray(match).replace("score\":1", "score\":\"1\"") + "]"),
+         false},
+        {resultWith("\"speaker_profile_assignments\":" + assignment), true},
+        {resultWith("\"speaker_profile_assignments\":" + QByteArray(assignment).replace("0a1b2c3d-", "0a1b2c3d")),
+         false},
+        {resultWith("\"speaker_profile_assignments\":" + QByteArray(assignment).replace(uuid, "\"\"")), false},
+        {resultWith(R"("speaker_names":{"A":1})"), false},
+        {resultWith("") + "x", false},
+        {"", false},
+        {"[]", false},
+        {"\xef\xbb\xbf" + resultWith(""), false},
+        {R"({"metadata":{"a":"\ud800"},"segments":[],"speakers":[]})", false},
+        {"{\"metadata\":{\"a\":\"\xff\"},\"segments\":[],\"speakers\":[]}", false},
+        {R"({"metadata":{"a":)" + QByteArray(200, '[') + QByteArray(200, ']') + R"(},"segments":[],"speakers":[]})",
+         true},
+        {R"({"metadata":{"a":)" + QByteArray(100'000, '[') + QByteArray(100'000, ']') +
+             R"(},"segments":[],"speakers":[]})",
+         false},
+        {QByteArray(100'000, '{'), false}};
+    for (const Case& c : cases)
+        EXPECT_EQ(decodes(decodeTranscriptResult, c.json), c.decodes) << c.json.left(200).data();
+}
+
+TEST(TranscriptResult, FreeFormMetadataSurvivesARewrite) {
+    const QByteArray metadata =
+        R"({"a":[1,true,null,{"b":"c"}],"big":12345678901234567890,"control":"\u0000\u001f\"\\/ü😀",)"
+        R"("deep":)" +
+        QByteArray(500, '[') + QByteArray(500, ']') + R"(,"empty":"","exact":0.1})";
+    const TranscriptResult first =
+        decodeTranscriptResult(R"({"metadata":)" + metadata + R"(,"segments":[],"speakers":[],"unknown":1})");
+    EXPECT_EQ(*first.metadata.at(QStringLiteral("a")).arrayValue(),
+              (JSONValue::Array{1, true, nullptr, JSONValue::Object{{QStringLiteral("b"), QStringLiteral("c")}}}));
+    EXPECT_EQ(numberAt(first.metadata, QStringLiteral("big")), 12345678901234567890.0);
+    const QByteArray written = encodeTranscriptResult(first);
+    EXPECT_EQ(decodeTranscriptResult(written), first);
+    EXPECT_EQ(encodeTranscriptResult(decodeTranscriptResult(written)), written);
+    EXPECT_FALSE(written.contains("unknown"));
+}
+
+TEST(TranscriptResult, WritesPrettyWithSortedKeysAndEveryCollection) {
+    TranscriptResult result;
+    result.segments = {{.start = 0, .end = 1.5, .text = QStringLiteral("a\n\"b\""), .speaker = QStringLiteral("S")}};
+    result.speakerProfileAssignments = {
+        {QStringLiteral("S"), {QUuid(QStringLiteral("0a1b2c3d-0000-4000-8000-00000000000f")), QStringLiteral("N")}}};
+    EXPECT_EQ(encodeTranscriptResult(result), R"({
+    "metadata": {},
+    "segments": [
+        {
+            "end": 1.5,
+            "speaker": "S",
+            "start": 0,
+            "text": "a\n\"b\""
+        }
+    ],
+    "speaker_names": {},
+    "speaker_profile_assignments": {
+        "S": {
+            "display_name": "N",
+            "profile_id": "0A1B2C3D-0000-4000-8000-00000000000F"
+        }
+    },
+    "speaker_profile_matches": [],
+    "speakers": []
+}
+)");
+    EXPECT_EQ(result.segments.front().id(), QStringLiteral("0-1.5-S-a\n\"b\""));
+}
+
+TEST(PrettyJson, IsTheUsualFormAndCanAlwaysBeRead) {
+    QString everyCharacter;
+    for (char16_t c = 0; c < 0x300; ++c)
+        everyCharacter.append(QChar(c));
+    everyCharacter += QStringLiteral("\u2028😀");
+    QJsonArray numbers;
+    for (const double number : {0.0, 0.1, -2.5, 1e-7, 1e15, 123456789012345678.0, 9.3e18, -1e300, 5e-324})
+        numbers.append(number);
+    numbers.append(std::numeric_limits<qint64>::max());
+    QJsonObject object{{QStringLiteral("b"), everyCharacter},
+                       {QStringLiteral("a"), numbers},
+                       {everyCharacter, QJsonValue::Null},
+                       {QStringLiteral("e"), QJsonObject()}};
+    for (int depth = 0; depth < 40; ++depth)
+        object = {{QStringLiteral("inner"), QJsonArray{object, true, false, QJsonArray(), QString()}}};
+    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(object)).object(), object);
+    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(QJsonArray{object})).array(), QJsonArray{object});
+
+    const QString halfPair = QStringLiteral("a") + QChar(0xd83d) + QStringLiteral("b");
+    const QByteArray written = prettyJson(QJsonObject{{QStringLiteral("title"), halfPair}});
+    EXPECT_EQ(JsonDocument(written).root().object().required("title").string(),
+              QStringLiteral("a") + QChar(QChar::ReplacementCharacter) + QStringLiteral("b"));
+}
+
+TEST(Files, ReadsOnlyRegularFilesWithinTheLimit) {
+    const QTemporaryDir directory;
+    const auto at = [&](const char* name) { return directory.filePath(QString::fromLatin1(name)); };
+    writeFileAtomically(at("file"), "12345");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(at("fifo")).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(at("loop"), at("loop")));
+    ASSERT_TRUE(QFile::link(at("file"), at("link")));
+    QFile huge(at("huge"));
+    ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize(300LL * 1024 * 1024));
+    EXPECT_EQ(readFile(at("file"), 5), "12345");
+    EXPECT_EQ(readFile(at("link")), "12345");
+    EXPECT_FALSE(readFile(at("file"), 4));
+    for (const char* none : {"fifo", "loop", "huge", "absent", "."})
+        EXPECT_FALSE(readFile(at(none))) << none;
+    EXPECT_FALSE(readFile(at("file") + QChar(0) + QStringLiteral("x")));
+    EXPECT_FALSE(readFile(QStringLiteral("/dev/zero")));
+    writeFileAtomically(at("file"), "\xff");
+    EXPECT_FALSE(readTextFile(at("file")));
+}

@@ -1,0 +1,71 @@
+// An AppModel over a real data directory, with the real file tree and fakes for the rest of the platform.
+#pragma once
+
+#include "Support/Fakes/FakeAudioFileInspector.h"
+#include "Support/Fakes/FakeClock.h"
+#include "Support/Fakes/FakeProcessLauncher.h"
+#include "Support/Fakes/FakeTokenStore.h"
+#include "Support/Fakes/FakeWorkspace.h"
+#include "Support/Fakes/InMemoryUserDefaults.h"
+
+#include "CorvaneApp/Model/AppModel.h"
+#include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFuture>
+
+#include <memory>
+#include <stdexcept>
+
+namespace corvane {
+
+class ModelFixture {
+public:
+    explicit ModelFixture(AppPaths location) : m_paths(std::move(location)) {}
+
+    std::shared_ptr<FakeTokenStore> tokens = std::make_shared<FakeTokenStore>();
+    std::shared_ptr<InMemoryUserDefaults> defaults = std::make_shared<InMemoryUserDefaults>();
+    std::shared_ptr<FakeProcessLauncher> processes = std::make_shared<FakeProcessLauncher>();
+    std::shared_ptr<FakeAudioFileInspector> audioFiles = std::make_shared<FakeAudioFileInspector>();
+    std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
+    std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
+    QString worker; // an executable file, or "" for none
+
+    // Starts the application, or starts it again.
+    AppModel& start() {
+        m_model.reset();
+        AppServices services{.tokenStore = tokens,
+                             .defaults = defaults,
+                             .files = std::make_shared<LinuxFileTree>(),
+                             .processes = processes,
+                             .audioFiles = audioFiles,
+                             .workspace = workspace,
+                             .clock = clock,
+                             .environment = {{QStringLiteral("CORVANE_WORKER_PATH"), worker}},
+                             .currentDirectory = QStringLiteral("/nowhere"),
+                             .bundleResourceDirectory = std::nullopt};
+        m_model = std::make_unique<AppModel>(m_paths, std::move(services));
+        return *m_model;
+    }
+    void stop() { m_model.reset(); }
+
+    // Runs the main loop until the operation is through.
+    template<typename T>
+    static T resultOf(QFuture<T> future) {
+        QElapsedTimer watchdog;
+        watchdog.start();
+        while (!future.isFinished()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+            if (watchdog.elapsed() > 60'000)
+                throw std::runtime_error("an operation of the model did not end");
+        }
+        return future.result();
+    }
+
+private:
+    AppPaths m_paths;
+    std::unique_ptr<AppModel> m_model;
+};
+
+} // namespace corvane

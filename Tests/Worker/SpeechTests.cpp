@@ -1,0 +1,130 @@
+#include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/Speech/SpeechModel.h"
+#include "CorvaneWorker/Speech/VoiceActivity.h"
+#include "CorvaneWorker/Transcript/SegmentAssembly.h"
+#include "CorvaneWorker/WorkerError.h"
+
+#include <gmock/gmock.h>
+
+using namespace corvane;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// Seconds of a level each.
+std::vector<float> levels(std::initializer_list<std::pair<double, float>> stretches) {
+    std::vector<float> result;
+    unsigned noise = 1;
+    for (const auto& [seconds, level] : stretches)
+        for (int frame = 0; frame < static_cast<int>(seconds * framesPerSecond); ++frame) {
+            noise = noise * 1664525U + 1013904223U;
+            result.push_back(std::max(silentLevel, level + static_cast<float>(noise >> 24U) / 128.0F - 1.0F));
+        }
+    return result;
+}
+
+RecognizedWord word(double start, double end, const char* text) {
+    return {start, end, QString::fromLatin1(text)};
+}
+
+} // namespace
+
+TEST(VoiceActivity, SpeechStandsOutOfItsSurroundings) {
+    EXPECT_THAT(findSpeech(levels({{3, -60}, {2, -25}, {0.2, -60}, {1, -28}, {3, -60}, {0.05, -20}, {2, -60}})),
+                ElementsAre(FrameRange{300, 620}));
+    // A quiet stretch of a recording is judged by its own surroundings.
+    EXPECT_THAT(findSpeech(levels({{60, -75}, {5, -20}, {60, -75}, {5, -45}, {60, -75}})),
+                ElementsAre(FrameRange{6000, 6500}, FrameRange{12500, 13000}));
+    EXPECT_THAT(findSpeech(levels({{5, silentLevel - 10}, {4, -30}, {1, -70}, {5, silentLevel - 10}})),
+                ElementsAre(FrameRange{500, 900}));
+}
+
+TEST(VoiceActivity, SteadySoundAndSilenceAreNoSpeech) {
+    EXPECT_THAT(findSpeech(levels({{60, -20}})), IsEmpty());
+    EXPECT_THAT(findSpeech(levels({{60, -96}})), IsEmpty());
+    EXPECT_THAT(findSpeech({}), IsEmpty());
+}
+
+TEST(VoiceActivity, LongRegionsAreCutWhereItIsQuietest) {
+    auto sound = levels({{1, -70}, {50, -25}, {1, -70}});
+    for (std::size_t frame = 1700; frame < 1712; ++frame)
+        sound[frame] = -50;
+    const std::vector<FrameRange> speech{{100, 5100}};
+    const auto regions = speechRegions(speech, sound);
+    ASSERT_THAT(regions, testing::SizeIs(testing::Ge(3U)));
+    EXPECT_NEAR(static_cast<double>(regions[0].sound.end), 1706, 6);
+    EXPECT_EQ(regions.front().speech.begin, 100);
+    EXPECT_EQ(regions.back().sound.end, 5120);
+    EXPECT_EQ(regions.back().speech.end, 5100);
+    for (std::size_t index = 0; index < regions.size(); ++index) {
+        EXPECT_LE(regions[index].sound.length(), 2000);
+        const std::int64_t before = index == 0 ? 80 : regions[index - 1].sound.end;
+        EXPECT_EQ(regions[index].sound.begin, before);
+    }
+}
+
+TEST(Segments, BreakAtPausesAndWhereTheSpeakerChanges) {
+    const std::vector<RecognizedWord> words{word(1.0, 1.4, "well"), word(1.4, 1.6, "i"),   word(1.7, 2.0, "know"),
+                                            word(2.0, 2.4, "yes"),  word(3.1, 3.5, "i'm"), word(3.5, 4.0, "here")};
+    const std::vector<SpeakerTurn> turns{{0.9, 2.05, 7}, {2.05, 4.0, 3}};
+    const auto segments = assembleSegments(words, turns);
+    EXPECT_THAT(segments,
+                ElementsAre(TranscriptSegment{1.0, 2.0, QStringLiteral("Well I know"), QStringLiteral("SPEAKER_00")},
+                            TranscriptSegment{2.0, 2.4, QStringLiteral("Yes"), QStringLiteral("SPEAKER_01")},
+                            TranscriptSegment{3.1, 4.0, QStringLiteral("I'm here"), QStringLiteral("SPEAKER_01")}));
+    const auto speakers = summarizeSpeakers(segments);
+    ASSERT_EQ(speakers.size(), 2U);
+    EXPECT_DOUBLE_EQ(speakers[1].duration, 1.3);
+    EXPECT_EQ(speakers[1].examples.front().text, QStringLiteral("I'm here"));
+    EXPECT_EQ(assembleSegments(words, {}).back().speaker, QStringLiteral("SPEAKER_00"));
+    EXPECT_THAT(assembleSegments({}, turns), IsEmpty());
+}
+
+TEST(Segments, WordsOutsideEveryTurnGoToTheNearest) {
+    const std::vector<RecognizedWord> words{word(0.0, 0.3, "early"), word(5.0, 5.2, "late"), word(9.0, 9.5, "last")};
+    const std::vector<SpeakerTurn> turns{{0.5, 2.0, 0}, {5.3, 6.0, 1}};
+    std::vector<QString> labels;
+    for (const auto& segment : assembleSegments(words, turns))
+        labels.push_back(segment.speaker);
+    EXPECT_THAT(labels, ElementsAre(speakerLabel(0), speakerLabel(1), speakerLabel(1)));
+}
+
+TEST(Segments, ALongTalkIsCutAndItsExamplesAreSpread) {
+    std::vector<RecognizedWord> words;
+    for (int index = 0; index < 600; ++index)
+        words.push_back(word(index * 0.5, index * 0.5 + (index % 8 == 7 ? 0.3 : 0.5), "so"));
+    const auto segments = assembleSegments(words, {});
+    std::size_t count = 0;
+    for (const auto& segment : segments) {
+        EXPECT_LE(segment.end - segment.start, 25.0);
+        count += static_cast<std::size_t>(segment.text.count(QLatin1Char(' ')) + 1);
+    }
+    EXPECT_EQ(count, words.size());
+    const std::vector<TranscriptSegment> talk = [] {
+        std::vector<TranscriptSegment> result;
+        for (int index = 0; index < 40; ++index)
+            result.push_back(
+                {index * 10.0, index * 10.0 + (index % 2 == 0 ? 1.0 : 5.0), QStringLiteral("x"), speakerLabel(0)});
+        return result;
+    }();
+    const auto examples = summarizeSpeakers(talk).front().examples;
+    ASSERT_EQ(examples.size(), 5U);
+    EXPECT_GT(examples.back().start, 250.0);
+    for (const auto& example : examples)
+        EXPECT_DOUBLE_EQ(example.end - example.start, 5.0);
+}
+
+TEST(Words, FillersAndPronunciationMarkersAreTakenOut) {
+    for (const char* filler : {"<s>", "<sil>", "[NOISE]", "[SPEECH]", "++UH++", "(NULL)", ""})
+        EXPECT_TRUE(plainWord(QString::fromLatin1(filler)).isEmpty()) << filler;
+    EXPECT_EQ(plainWord(QStringLiteral("the(2)")), QStringLiteral("the"));
+    EXPECT_EQ(plainWord(QStringLiteral("don't")), QStringLiteral("don't"));
+}
+
+TEST(SpeechModel, EnglishHasManyNames) {
+    for (const char* language : {"en", "EN", "en-US", "en_GB", "English", " en "})
+        EXPECT_NO_THROW(requireModelForLanguage(QString::fromLatin1(language))) << language;
+    for (const char* language : {"", "fr", "eno", "de-en"})
+        EXPECT_THROW(requireModelForLanguage(QString::fromLatin1(language)), WorkerError) << language;
+}
