@@ -1,6 +1,9 @@
 #include "CorvaneApp/Composition/LinuxServices.h"
 
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioFileInspector.h"
+#include "CorvanePlatform/Linux/Audio/FFmpegAudioPlayers.h"
+#include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
+#include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
@@ -56,6 +59,9 @@ AppServices makeLinuxServices() {
     services.files = std::make_shared<LinuxFileTree>();
     services.processes = std::make_shared<LinuxProcessLauncher>();
     services.audioFiles = std::make_shared<FFmpegAudioFileInspector>();
+    services.audioInputs = std::make_shared<PulseAudioInputs>();
+    services.waveFiles = std::make_shared<SndfileAudioFiles>();
+    services.audioPlayers = std::make_shared<FFmpegAudioPlayers>();
     services.workspace = makeWorkspace(services.processes);
     services.clock = std::make_shared<SystemClock>();
     services.environment = ownEnvironment();

@@ -90,7 +90,7 @@ std::optional<CaptureReport> readCaptureReport(const QString& meetingDirectory) 
 
 void writeCaptureReport(const CaptureReport& report, const QString& meetingDirectory) {
     writeFileAtomically(reportPath(meetingDirectory),
-                        prettyJson({{QStringLiteral("tracks"), encodeMap(report.tracks, encodeTrack)}}));
+                        prettyJson(QJsonObject{{QStringLiteral("tracks"), encodeMap(report.tracks, encodeTrack)}}));
 }
 
 } // namespace corvane
