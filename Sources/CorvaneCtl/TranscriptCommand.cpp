@@ -41,7 +41,7 @@ Format wantedFormat(const Session& session) {
     if (state->status == jobStatus::completed)
         throw CtlError(
             QStringLiteral("%1 is missing or cannot be read").arg(runFiles::in(meeting.latestRun, runFiles::result)));
-    throw CtlError(QStringLiteral("processing ended as “%1”: %2; see %3, or try corvanectl process %4 --wait")
+    throw CtlError(QStringLiteral("processing ended as “%1”: %2 (see %3, or try corvanectl process %4 --wait)")
                        .arg(state->status, state->message, runFiles::in(meeting.latestRun, runFiles::standardErrorLog),
                             meeting.id));
 }

@@ -15,6 +15,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <random>
+
 using namespace corvane;
 
 namespace {
@@ -186,8 +188,24 @@ TEST(PrettyJson, IsTheUsualFormAndCanAlwaysBeRead) {
                        {QStringLiteral("e"), QJsonObject()}};
     for (int depth = 0; depth < 40; ++depth)
         object = {{QStringLiteral("inner"), QJsonArray{object, true, false, QJsonArray(), QString()}}};
-    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(object)).object(), object);
-    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(QJsonArray{object})).array(), QJsonArray{object});
+    const QJsonDocument expected(QJsonArray{object});
+    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(object)).toJson(), QJsonDocument(object).toJson());
+    EXPECT_EQ(QJsonDocument::fromJson(prettyJson(QJsonArray{object})).toJson(), expected.toJson());
+
+    // Keys that sort differently as UTF-8 and as UTF-16 come out in one order, and as they were.
+    std::mt19937 random(1);
+    const QString alphabet = QStringLiteral("aZ_é\uFFFD\uE000") + QChar(0xd83d) + QChar(0xde00) + QChar(0);
+    JSONValue::Object odd;
+    for (int i = 0; i < 2000; ++i) {
+        QString key;
+        for (auto length = random() % 4; length > 0; --length)
+            key.append(alphabet[static_cast<qsizetype>(random() % static_cast<std::size_t>(alphabet.size()))]);
+        if (key.isValidUtf16())
+            odd.emplace(key, i);
+    }
+    TranscriptResult result;
+    result.metadata = odd;
+    EXPECT_EQ(decodeTranscriptResult(encodeTranscriptResult(result)).metadata, odd);
 
     const QString halfPair = QStringLiteral("a") + QChar(0xd83d) + QStringLiteral("b");
     const QByteArray written = prettyJson(QJsonObject{{QStringLiteral("title"), halfPair}});

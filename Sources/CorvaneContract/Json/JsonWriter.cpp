@@ -74,7 +74,7 @@ void JsonStream::value(double number) {
         return;
     }
     // The library's own form of a number is now and then a digit longer than needed.
-    std::array<char, 32> digits;
+    std::array<char, 32> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     m_writer->json.RawValue(digits.data(), static_cast<std::size_t>(end - digits.data()), rapidjson::kNumberType);
 }

@@ -30,7 +30,7 @@ public:
     void value(QStringView text);
     void value(const QString& text) { value(QStringView(text)); }
     void value(double number); // null if it is not finite, which JSON cannot say
-    void value(const QJsonValue& value);
+    void value(const QJsonValue& content);
 
     template<typename T>
     void member(QStringView name, const T& content) {

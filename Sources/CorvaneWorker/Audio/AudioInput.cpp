@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace corvane {
 
@@ -47,8 +46,8 @@ void AudioInput::openFile(const QString& path) {
     if (m_fd < 0 && errno == ENOENT)
         throw WorkerError(QStringLiteral("The audio file “%1” does not exist.").arg(m_name));
     if (m_fd < 0)
-        throw WorkerError(QStringLiteral("The audio file “%1” could not be opened: %2.")
-                              .arg(m_name, QString::fromLocal8Bit(std::strerror(errno))));
+        throw WorkerError(
+            QStringLiteral("The audio file “%1” could not be opened: %2.").arg(m_name, qt_error_string(errno)));
     struct stat status {};
     if (::fstat(m_fd, &status) != 0 || !S_ISREG(status.st_mode))
         throw WorkerError(QStringLiteral("“%1” is not a file that holds a recording.").arg(m_name));

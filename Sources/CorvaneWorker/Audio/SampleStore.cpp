@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 namespace corvane {
 
@@ -20,8 +19,7 @@ namespace {
 [[noreturn]] void failWriting(int error) {
     if (error == ENOSPC || error == EDQUOT)
         throw WorkerError(QStringLiteral("There is no room left on the disk to decode the recording."));
-    throw WorkerError(QStringLiteral("Corvane could not store the decoded sound: %1.")
-                          .arg(QString::fromLocal8Bit(std::strerror(error))));
+    throw WorkerError(QStringLiteral("Corvane could not store the decoded sound: %1.").arg(qt_error_string(error)));
 }
 
 int openUnnamedFile(const QByteArray& directory) {
