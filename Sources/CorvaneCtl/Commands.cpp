@@ -11,6 +11,59 @@ struct Command {
     ExitStatus (*run)(Session&);
 };
 
+Command recordCommand() {
+    return {{.name = QStringLiteral("record"),
+             .operands = {},
+             .minimumOperands = 0,
+             .maximumOperands = 0,
+             .summary = QStringLiteral("record the microphone and what the computer plays"),
+             .description = QStringLiteral("Records the microphone and what the computer plays until Ctrl-C, then "
+                                           "joins and mixes the two, starts the processing\nand prints the id, the "
+                                           "file and the run directory. On a terminal p pauses and q ends it."),
+             .options = {{QStringLiteral("title"), QStringLiteral("T"), QStringLiteral("the meeting's title")},
+                         {QStringLiteral("for"), QStringLiteral("DURATION"),
+                          QStringLiteral("end it by itself, after 90, 90s, 10m or 1h30m")},
+                         {QStringLiteral("no-system"), {}, QStringLiteral("record the microphone alone")},
+                         {QStringLiteral("no-process"), {}, QStringLiteral("do not start the processing")}}},
+            runRecord};
+}
+
+Command recoverCommand() {
+    return {{.name = QStringLiteral("recover"),
+             .operands = QStringLiteral("[MEETING]"),
+             .minimumOperands = 0,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("finish a recording that was left behind"),
+             .description = QStringLiteral("Finishes a recording whose program was killed, or the computer with it; "
+                                           "without MEETING the only one there is."),
+             .options = {{QStringLiteral("no-process"), {}, QStringLiteral("do not start the processing")}}},
+            runRecover};
+}
+
+Command playCommand() {
+    return {{.name = QStringLiteral("play"),
+             .operands = QStringLiteral("MEETING"),
+             .minimumOperands = 1,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("play a meeting's audio"),
+             .description = QStringLiteral("Plays the audio of a meeting to its end or until Ctrl-C."),
+             .options = {{QStringLiteral("from"), QStringLiteral("T"),
+                          QStringLiteral("begin there: seconds, MM:SS or HH:MM:SS")}}},
+            runPlay};
+}
+
+Command devicesCommand() {
+    return {{.name = QStringLiteral("devices"),
+             .operands = {},
+             .minimumOperands = 0,
+             .maximumOperands = 0,
+             .summary = QStringLiteral("list the microphones and outputs"),
+             .description = QStringLiteral("Shows the sound server, the microphones, and the outputs whose sound is "
+                                           "recorded."),
+             .options = {}},
+            runDevices};
+}
+
 Command importCommand() {
     return {{.name = QStringLiteral("import"),
              .operands = QStringLiteral("FILE..."),
@@ -120,16 +173,18 @@ Command statusCommand() {
              .minimumOperands = 0,
              .maximumOperands = 0,
              .summary = QStringLiteral("show what is running, and whether all that is needed is there"),
-             .description = QStringLiteral("Shows the data directory, what is in processing and how far it is, the "
-                                           "worker program, and whether the token store can be reached."),
+             .description = QStringLiteral("Shows the data directory, what is recorded, waits for recovery or is in "
+                                           "processing and how far it is,\nthe worker program, and whether the token "
+                                           "store can be reached."),
              .options = {}},
             runStatus};
 }
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{importCommand(),  processCommand(),    meetingsCommand(),
-                                            showCommand(),    transcriptCommand(), renameCommand(),
-                                            speakerCommand(), deleteCommand(),     statusCommand()};
+    static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
+                                            importCommand(),     processCommand(), meetingsCommand(), showCommand(),
+                                            transcriptCommand(), renameCommand(),  speakerCommand(),  deleteCommand(),
+                                            statusCommand()};
     return table;
 }
 

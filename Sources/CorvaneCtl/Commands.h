@@ -11,6 +11,10 @@ namespace corvane::ctl {
 class Session;
 
 // Each runs on the main thread to the command's end and throws CtlError, or Interrupted where it waits.
+[[nodiscard]] ExitStatus runRecord(Session& session);     // RecordCommand.cpp
+[[nodiscard]] ExitStatus runRecover(Session& session);    // RecoverCommand.cpp
+[[nodiscard]] ExitStatus runPlay(Session& session);       // PlayCommand.cpp
+[[nodiscard]] ExitStatus runDevices(Session& session);    // DevicesCommand.cpp
 [[nodiscard]] ExitStatus runImport(Session& session);     // ImportCommand.cpp
 [[nodiscard]] ExitStatus runProcess(Session& session);    // ProcessCommand.cpp
 [[nodiscard]] ExitStatus runMeetings(Session& session);   // LibraryCommands.cpp

@@ -1,6 +1,7 @@
 // corvanectl delete
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FinishRecording.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
 
@@ -24,9 +25,10 @@ void checkAtRest(const MeetingListItem& meeting) {
     const QString title = visibleText(meeting.title);
     if (isProcessed(meeting))
         throw CtlError(QStringLiteral("“%1” is in processing; with --force it is deleted all the same").arg(title));
-    if (meeting.isDraft() &&
-        (meeting.status == recordingStatus::recording || meeting.status == recordingStatus::paused))
-        throw CtlError(QStringLiteral("“%1” is being recorded; with --force it is deleted all the same").arg(title));
+    if (isInProgress(meeting))
+        throw CtlError(
+            QStringLiteral("“%1” is being recorded or waits for recovery; with --force it is deleted all the same")
+                .arg(title));
 }
 
 // The audio that goes with the meeting: only what lies in the data directory is ours to delete.

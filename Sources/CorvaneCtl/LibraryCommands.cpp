@@ -5,6 +5,7 @@
 #include "CorvaneCtl/Commands.h"
 #include "CorvaneCtl/MeetingChoice.h"
 #include "CorvaneCtl/MeetingJson.h"
+#include "CorvaneCtl/RecordingText.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
 
@@ -37,6 +38,7 @@ struct Details {
     std::vector<std::pair<QString, std::optional<WorkerJobState>>> runs; // directory and state, newest first
     std::optional<TranscriptResult> result;
     QString meetingDirectory; // "" if there is none
+    std::optional<CaptureReport> capture;
 };
 
 Details detailsOf(Session& session) {
@@ -53,6 +55,8 @@ Details detailsOf(Session& session) {
     const QString directory = model.paths().meeting(details.meeting.id);
     if (!details.meeting.id.contains(QLatin1Char('/')) && QFileInfo(directory).isDir())
         details.meetingDirectory = directory;
+    if (!details.meetingDirectory.isEmpty())
+        details.capture = readCaptureReport(details.meetingDirectory);
     return details;
 }
 
@@ -72,6 +76,8 @@ QJsonObject json(const Details& details) {
     object.insert(QStringLiteral("runs"), runs);
     object.insert(QStringLiteral("speakers"), details.result ? speakersJson(*details.result) : QJsonArray());
     object.insert(QStringLiteral("hasTranscript"), details.result.has_value());
+    object.insert(QStringLiteral("capture"),
+                  details.capture ? QJsonValue(captureJson(*details.capture)) : QJsonValue());
     object.insert(QStringLiteral("directory"),
                   details.meetingDirectory.isEmpty() ? QJsonValue() : QJsonValue(details.meetingDirectory));
     return object;
@@ -105,6 +111,8 @@ std::vector<QStringList> mainRows(const Details& details) {
 
 QString text(const Details& details) {
     QString result = tableText(mainRows(details));
+    if (details.capture)
+        result += QStringLiteral("Capture\n") + captureText(*details.capture);
     if (!details.runs.empty()) {
         std::vector<QStringList> rows;
         for (const auto& [directory, state] : details.runs)
@@ -129,7 +137,8 @@ ExitStatus runMeetings(Session& session) {
     if (session.wantsJson())
         session.printJson(encodeArray(meetings, meetingJson));
     else if (meetings.empty())
-        session.terminal().say(QStringLiteral("No meetings yet; corvanectl import FILE makes one."));
+        session.terminal().say(
+            QStringLiteral("No meetings yet; corvanectl record or corvanectl import FILE makes one."));
     else
         session.terminal().print(meetingsTable(meetings));
     return ExitStatus::ok;

@@ -39,7 +39,7 @@ qsizetype commonLength(const QString& a, const QString& b) {
 
 const MeetingListItem& chooseMeeting(const std::vector<MeetingListItem>& meetings, const QString& words) {
     if (meetings.empty())
-        refuse(QStringLiteral("there is no meeting yet; corvanectl import FILE makes one"));
+        refuse(QStringLiteral("there is no meeting yet; corvanectl record or corvanectl import FILE makes one"));
     if (words == QLatin1String("latest"))
         return meetings.front();
     if (words.trimmed().isEmpty())

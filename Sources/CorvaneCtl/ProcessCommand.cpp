@@ -1,6 +1,7 @@
 // corvanectl process
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FinishRecording.h"
 #include "CorvaneCtl/RunFollower.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
@@ -31,9 +32,11 @@ ProcessingSettings wantedSettings(const CommandLine& line, ProcessingSettings se
 
 void checkReady(Session& session, const MeetingListItem& meeting) {
     const QString title = visibleText(meeting.title);
-    if (meeting.isDraft() &&
-        (meeting.status == recordingStatus::recording || meeting.status == recordingStatus::paused))
+    if (isInProgress(meeting) && isLive(session, meeting))
         throw CtlError(QStringLiteral("“%1” is being recorded; process it afterwards").arg(title));
+    if (isInProgress(meeting))
+        throw CtlError(
+            QStringLiteral("the recording of “%1” was left behind; corvanectl recover finishes it").arg(title));
     if (!meeting.audioURL || meeting.audioURL->isEmpty())
         throw CtlError(QStringLiteral("“%1” has no audio").arg(title));
     if (!QFileInfo(*meeting.audioURL).isFile())

@@ -90,6 +90,11 @@ void Session::watchSignals() {
         m_signals = std::make_unique<TerminationSignals>();
 }
 
+void Session::forgetInterruption() {
+    if (m_signals)
+        m_signals->forget();
+}
+
 void Session::throwIfInterrupted() const {
     const auto number = m_signals ? m_signals->last() : std::nullopt;
     if (number)

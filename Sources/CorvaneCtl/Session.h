@@ -41,8 +41,8 @@ public:
     void printJson(const QJsonArray& array);
 
     // Runs the event loop until `future` has finished and gives its result. Throws Interrupted when a signal comes
-    // first. With `onInterrupt`, which calls the work off, the wait then goes on to the work's end or a second signal,
-    // and a result that there is all the same is given; see throwIfInterrupted().
+    // first. With `onInterrupt`, which answers the first signal, the wait then goes on to the work's end or a second
+    // one, and a result that there is all the same is given; see throwIfInterrupted().
     template<typename T>
     [[nodiscard]] T wait(const QFuture<T>& future, const std::function<void()>& onInterrupt = {}) {
         QFutureWatcher<T> watcher;
@@ -61,6 +61,8 @@ public:
     void watchSignals();
     // Whether a signal has come since then.
     [[nodiscard]] bool isInterrupted() const { return m_signals && m_signals->last(); }
+    // A signal until now was a wish that has been granted; the next wait does not end because of it.
+    void forgetInterruption();
     // Throws Interrupted if one has.
     void throwIfInterrupted() const;
 

@@ -1,8 +1,10 @@
 // corvanectl status
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Jobs/WorkerLocator.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FinishRecording.h"
 #include "CorvaneCtl/MeetingChoice.h"
 #include "CorvaneCtl/MeetingJson.h"
 #include "CorvaneCtl/Session.h"
@@ -72,14 +74,32 @@ QJsonObject jobJson(const RunningJob& job) {
              job.lastChange ? QJsonValue(job.lastChange->toString(Qt::ISODateWithMs)) : QJsonValue()}};
 }
 
-QJsonObject statusJson(Session& session, const std::vector<RunningJob>& jobs, const std::optional<QString>& worker,
-                       const TokenStore& store) {
+QJsonArray recordingsJson(const std::vector<MeetingListItem>& meetings) {
+    return encodeArray(meetings, [](const MeetingListItem& meeting) {
+        return QJsonObject{{QStringLiteral("meeting"), meeting.id}, {QStringLiteral("title"), meeting.title}};
+    });
+}
+
+// The lines below the number of such meetings.
+QString recordingsText(const QString& heading, const std::vector<MeetingListItem>& meetings) {
+    if (meetings.empty())
+        return {};
+    std::vector<QStringList> rows;
+    for (const MeetingListItem& meeting : meetings)
+        rows.push_back({QStringLiteral("  ") + visibleText(meeting.id), visibleText(meeting.title)});
+    return heading + QLatin1Char('\n') + tableText(rows);
+}
+
+QJsonObject statusJson(Session& session, const std::vector<RunningJob>& jobs, const UnfinishedRecordings& unfinished,
+                       const std::optional<QString>& worker, const TokenStore& store) {
     QJsonArray running;
     for (const RunningJob& job : jobs)
         running.append(jobJson(job));
     return {{QStringLiteral("dataDirectory"), session.model().paths().root},
             {QStringLiteral("meetings"), static_cast<qint64>(session.model().library().meetings().size())},
             {QStringLiteral("running"), running},
+            {QStringLiteral("recording"), recordingsJson(unfinished.live)},
+            {QStringLiteral("recoverable"), recordingsJson(unfinished.left)},
             {QStringLiteral("worker"), textOrNull(worker)},
             {QStringLiteral("tokenStore"), QJsonObject{{QStringLiteral("reachable"), !store.error},
                                                        {QStringLiteral("error"), textOrNull(store.error)},
@@ -112,9 +132,10 @@ ExitStatus runStatus(Session& session) {
     const auto worker =
         WorkerLocator{services.environment, services.currentDirectory, services.bundleResourceDirectory}.resolve();
     const std::vector<RunningJob> jobs = runningJobs(session);
+    const UnfinishedRecordings unfinished = unfinishedRecordings(session);
     const TokenStore store = askTokenStore(session);
     if (session.wantsJson()) {
-        session.printJson(statusJson(session, jobs, worker, store));
+        session.printJson(statusJson(session, jobs, unfinished, worker, store));
         return ExitStatus::ok;
     }
     const auto meetings = session.model().library().meetings().size();
@@ -124,7 +145,10 @@ ExitStatus runStatus(Session& session) {
          {QStringLiteral("Worker"), worker ? visibleText(*worker) : QStringLiteral("corvane-worker not found")},
          {QStringLiteral("Token store"), tokenStoreText(store)},
          {QStringLiteral("In processing"), jobs.empty() ? QStringLiteral("nothing") : QString::number(jobs.size())}});
-    session.terminal().print(text + runningText(jobs, services.clock->now()));
+    text += runningText(jobs, services.clock->now());
+    text += recordingsText(QStringLiteral("Being recorded"), unfinished.live);
+    text += recordingsText(QStringLiteral("Left behind; corvanectl recover finishes them"), unfinished.left);
+    session.terminal().print(text);
     return ExitStatus::ok;
 }
 

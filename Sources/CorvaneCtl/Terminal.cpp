@@ -86,12 +86,18 @@ void Terminal::say(const QString& text) {
 
 void Terminal::showProgress(double fraction, std::optional<double> elapsedSeconds, const QString& message) {
     if (m_canRedraw) {
-        writeAll(STDERR_FILENO, eraseLine + progressText(fraction, elapsedSeconds, message, terminalWidth()).toUtf8());
-        m_progressShown = true;
+        showLine(progressText(fraction, elapsedSeconds, message, terminalWidth()));
     } else if (!m_sinceProgress.isValid() || m_sinceProgress.hasExpired(plainProgressMilliseconds)) {
         m_sinceProgress.start();
         say(progressText(fraction, elapsedSeconds, message, plainProgressWidth));
     }
+}
+
+void Terminal::showLine(const QString& text) {
+    if (!m_canRedraw)
+        return;
+    writeAll(STDERR_FILENO, eraseLine + cutToWidth(visibleText(text), terminalWidth()).toUtf8());
+    m_progressShown = true;
 }
 
 void Terminal::clearProgress() {

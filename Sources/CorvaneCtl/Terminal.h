@@ -38,6 +38,8 @@ public:
     // A line that shows how far a long operation is: redrawn in place on a terminal, elsewhere a new line every few
     // seconds. The last one is wiped off a terminal by clearProgress(), and by any message.
     void showProgress(double fraction, std::optional<double> elapsedSeconds, const QString& message);
+    // The same for any one line, cut to the width; only where lines can be redrawn.
+    void showLine(const QString& text);
     void clearProgress();
 
     // Asks on standard error, reads a line from standard input. True for "y" and "yes" alone.

@@ -22,6 +22,8 @@ public:
 
     // The number of the signal that came last, if any.
     [[nodiscard]] std::optional<int> last() const { return m_last; }
+    // The signals until now have been obeyed.
+    void forget() { m_last.reset(); }
 
 Q_SIGNALS:
     void received(int number);

@@ -13,6 +13,7 @@
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
 #include "CorvaneCore/Library/AppPaths.h"
+#include "CorvaneCore/Recording/RecordingLock.h"
 
 #include <QFuture>
 #include <QObject>
@@ -116,6 +117,8 @@ private:
     void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
     [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
     [[nodiscard]] std::optional<QString> meetingToRecord() const;
+    void lockRecording(const QString& meetingID);
+    void letGoOfOtherRecordings();
     void stopRecorders(const QString& meetingID);
     void keepCaptureReport(const QString& meetingID);
     std::optional<QString> finishRecording(const QString& meetingID, const QString& file, const QString& error,
@@ -135,6 +138,7 @@ private:
     PlaybackPart m_playback;
     JobsPart m_jobs;
     SpeakerReviewPart m_speakerReview;
+    std::optional<RecordingLock> m_recordingLock;
     QTimer m_pollTimer;
     SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
     // Shared with the copying threads; cancelling sets it and puts a new one in its place.

@@ -8,6 +8,7 @@
 #include "CorvaneCore/Recording/MeetingChunks.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QPointer>
 #include <QtConcurrentRun>
 
@@ -37,6 +38,8 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
 
         const QString meetingID = uuidText(QUuid::createUuid());
         const QString directory = m_paths.meeting(meetingID);
+        createPrivateDirectory(directory);
+        lockRecording(meetingID);
         const QDateTime now = m_services.clock->now();
         const QString suggestion = suggestedTitle.value_or(QString()).trimmed();
         MeetingDraftMetadata draft;
@@ -67,6 +70,7 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
         reloadMeetings();
         say(warning.value_or(QStringLiteral("Recording")));
     } catch (const Error& error) {
+        letGoOfOtherRecordings();
         say(QStringLiteral("Failed to start recording: ") + error.text());
     }
 }
@@ -144,11 +148,14 @@ void AppModel::resumeRecording() {
     if (!meetingID || m_recording.finishingProgress())
         return;
     try {
+        lockRecording(*meetingID);
         if (!m_recording.chunkedRecorder())
             prepareChunkedRecorderForExistingMeeting(*meetingID);
         ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder();
-        if (!microphone)
+        if (!microphone) {
+            letGoOfOtherRecordings();
             return;
+        }
         const bool isPaused = m_recording.recordingState().kind == RecordingState::Kind::paused;
         const QString chunk = isPaused ? microphone->resume() : microphone->start();
         if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
@@ -164,6 +171,7 @@ void AppModel::resumeRecording() {
         reloadMeetings();
         say(QStringLiteral("Recording"));
     } catch (const Error& error) {
+        letGoOfOtherRecordings();
         say(QStringLiteral("Failed to resume recording: ") + error.text());
     }
 }
@@ -184,6 +192,7 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         return refused();
     FinalizationPlan plan;
     try {
+        lockRecording(*meetingID);
         stopRecorders(*meetingID);
         auto draft = readDraft(*meetingID);
         if (!draft)
@@ -199,6 +208,7 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
                               ? m_paths.recordings() + QLatin1Char('/') + *meetingID + QStringLiteral(".wav")
                               : draft->audioPath};
     } catch (const Error& error) {
+        letGoOfOtherRecordings();
         say(QStringLiteral("Failed to stop recording: ") + error.text());
         return refused();
     }
@@ -225,6 +235,24 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
             m_recording.setFinishingProgress(std::nullopt);
             return finishRecording(id, outcome.file, outcome.error, afterStop);
         });
+}
+
+void AppModel::lockRecording(const QString& meetingID) {
+    const QString directory = m_paths.meeting(meetingID);
+    if (!isPlainName(meetingID) || !QFileInfo(directory).isDir())
+        return; // there is no recording in it, as the operation itself will find
+    if (m_recordingLock && m_recordingLock->meetingDirectory() == directory)
+        return;
+    m_recordingLock.reset();
+    m_recordingLock.emplace(directory);
+}
+
+// After a failure only the session that still shows keeps its meeting, with its recorder, for the next attempt.
+void AppModel::letGoOfOtherRecordings() {
+    if (m_recording.currentRecordingMeetingID())
+        return;
+    m_recordingLock.reset();
+    m_recording.setChunkedRecorder(nullptr);
 }
 
 void AppModel::stopRecorders(const QString& meetingID) {
@@ -273,12 +301,14 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
         }
     }
     if (!failure.isEmpty()) {
+        letGoOfOtherRecordings();
         say(QStringLiteral("Failed to stop recording: ") + failure);
         return std::nullopt;
     }
     m_library.setLastRecording(file);
     m_recording.setRecordingState(RecordingState::stopped(file));
     m_recording.setCurrentRecordingMeetingID(std::nullopt);
+    m_recordingLock.reset();
     m_recording.setRecordingStartedAt(std::nullopt);
     m_recording.stopRecordingElapsedClock();
     reloadMeetings();

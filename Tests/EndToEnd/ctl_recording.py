@@ -1,0 +1,153 @@
+"""corvanectl's recording commands with a private sound server: tones go in, and are looked for in the finished file."""
+
+import array
+import cmath
+import json
+import math
+import os
+import shutil
+import signal
+import struct
+import subprocess
+import time
+import unittest
+import wave
+
+import support
+
+AUDIO_SERVER = os.environ["CORVANE_AUDIO_SERVER"]
+PROGRAMS = ("pulseaudio", "pactl", "paplay")
+MICROPHONE_HERTZ = 440
+SYSTEM_HERTZ = 1000
+
+
+def finished_file(path):
+    """The samples of a file that must be 48 kHz, mono, 32-bit float."""
+    content = path.read_bytes()
+    assert content[:4] == b"RIFF" and content[8:12] == b"WAVE", content[:12]
+    position = 12
+    format_chunk = None
+    while position < len(content):
+        name, size = struct.unpack_from("<4sI", content, position)
+        body = content[position + 8:position + 8 + size]
+        if name == b"fmt ":
+            format_chunk = struct.unpack_from("<HHIIHH", body)
+            kind = struct.unpack_from("<H", body, 24)[0] if format_chunk[0] == 0xFFFE else format_chunk[0]
+            assert (kind, *format_chunk[1:3], format_chunk[5]) == (3, 1, 48000, 32), format_chunk
+        if name == b"data":
+            assert format_chunk
+            return array.array("f", body)
+        position += 8 + size + size % 2
+    raise AssertionError("no samples in " + str(path))
+
+
+def amplitude(samples, hertz):
+    """Of a tone, over the second in the middle."""
+    middle = samples[len(samples) // 2 - 24000:len(samples) // 2 + 24000]
+    turn = -2j * math.pi * hertz / 48000
+    return 2 * abs(sum(value * cmath.exp(turn * i) for i, value in enumerate(middle))) / len(middle)
+
+
+@unittest.skipUnless(all(map(shutil.which, PROGRAMS)), "PulseAudio is not installed")
+class Recording(support.EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.audio_server = subprocess.Popen([AUDIO_SERVER], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(self.end, self.audio_server)
+        self.environment["PULSE_SERVER"] = self.audio_server.stdout.readline().strip()
+
+    def play_tones(self):
+        for sink, hertz in (("micfeed", MICROPHONE_HERTZ), ("speaker", SYSTEM_HERTZ)):
+            path = self.home / (sink + ".wav")
+            with wave.open(str(path), "wb") as file:
+                file.setnchannels(1)
+                file.setsampwidth(2)
+                file.setframerate(48000)
+                second = array.array("h", (round(16000 * math.sin(2 * math.pi * hertz * i / 48000))
+                                           for i in range(48000)))
+                file.writeframes(second.tobytes() * 60)
+            player = subprocess.Popen(["paplay", "--device=" + sink, path], env=self.environment)
+            self.addCleanup(self.end, player)
+
+        def playing():
+            listed = subprocess.run(["pactl", "list", "short", "sink-inputs"], env=self.environment, check=True,
+                                    capture_output=True, text=True)
+            return listed.stdout.count("protocol-native.c") >= 2
+        self.wait_for(playing, "the tones")
+
+    def start_recording(self, *options):
+        """A recording under way, its meeting, and since when it runs."""
+        process = self.start("corvanectl", "record", *options)
+        words = process.stderr.readline().decode()
+        begun = time.monotonic()
+        self.assertIn("Recording", words)
+        return process, words.split()[-1], begun
+
+    def check_tones(self, path):
+        samples = finished_file(path)
+        for hertz in (MICROPHONE_HERTZ, SYSTEM_HERTZ):
+            self.assertGreater(amplitude(samples, hertz), 0.1, f"{hertz} Hz")
+        self.assertLess(amplitude(samples, 700), 0.01, "noise")
+        return len(samples) / 48000
+
+    def test_what_was_played_is_recorded(self):
+        self.play_tones()
+        result = self.ctl_json("record", "--for", "3", "--title", "Weekly")
+        self.assertEqual(result["title"], "Weekly")
+        length = self.check_tones(self.root / "recordings" / (result["id"] + ".wav"))
+        self.assertAlmostEqual(length, 3, delta=0.5)
+        self.assertAlmostEqual(result["audioSeconds"], length, places=2)
+        for track in ("microphone", "system"):
+            self.assertEqual(result["capture"][track]["verdict"], "good")
+            self.assertAlmostEqual(result["capture"][track]["recordedSeconds"], 3, delta=0.5)
+        self.assertTrue((self.root / "runs").samefile(os.path.dirname(result["run"])))
+        self.assertEqual(self.ctl_json("show", result["id"])["capture"], result["capture"])
+
+        played = self.ctl_json("play", result["id"], "--from", "0:01")
+        self.assertAlmostEqual(played["stoppedAt"], length, places=2)
+        self.assertIn(b"is only 0:0", self.ctl("play", result["id"], "--from", "1:00", expect=1).stderr)
+
+    def test_a_killed_recording_is_recovered_and_a_living_one_is_left_alone(self):
+        self.play_tones()
+        process, meeting, begun = self.start_recording()
+        self.assertIn(b"No recording was left behind", self.ctl("recover").stderr)
+        self.assertIn(b"is being recorded by another process", self.ctl("recover", meeting, expect=1).stderr)
+        self.assertEqual([one["meeting"] for one in self.ctl_json("status")["recording"]], [meeting])
+        self.wait_for(lambda: time.monotonic() - begun > 3, "some sound")
+        process.kill()
+        lasted = time.monotonic() - begun
+        process.wait()
+
+        status = self.ctl_json("status")
+        self.assertEqual(([one["meeting"] for one in status["recoverable"]], status["recording"]), ([meeting], []))
+        result = self.ctl_json("recover", "--no-process")
+        self.assertEqual((result["id"], result["run"]), (meeting, None))
+        length = self.check_tones(self.root / "recordings" / (meeting + ".wav"))
+        self.assertLess(lasted - length, 1.0, "missing seconds")
+        self.assertEqual(self.ctl_json("play", meeting)["id"], meeting)
+        self.assertIn(b"no recording that was left behind", self.ctl("recover", meeting, expect=1).stderr)
+
+    def test_a_signal_ends_a_recording_well(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            process, meeting, begun = self.start_recording("--no-system", "--no-process", "--json")
+            self.wait_for(lambda: time.monotonic() - begun > 0.5, "some sound")
+            output, messages = self.interrupt(process, number)
+            self.assertEqual(process.returncode, 0, messages)
+            result = json.loads(output)
+            self.assertEqual((result["id"], list(result["capture"])), (meeting, ["microphone"]))
+            self.assertGreater(result["audioSeconds"], 0.3)
+            self.assertEqual(result["capture"]["microphone"]["verdict"], "silent")
+
+    def test_devices(self):
+        devices = self.ctl_json("devices")
+        self.assertEqual([one["id"] for one in devices["microphones"] if one["isDefault"]], ["mic"])
+        self.assertEqual([(one["id"], one["sampleRate"], one["channels"]) for one in devices["outputs"]
+                          if one["isDefault"]], [("speaker", 48000, 2)])
+
+    def test_without_a_sound_server_it_says_so(self):
+        meeting = self.imported()
+        self.environment["PULSE_SERVER"] = "unix:" + str(self.home / "nothing")
+        for words in (["devices"], ["record", "--for", "1"], ["play", meeting]):
+            result = self.ctl(*words, expect=1)
+            self.assertEqual(result.stdout, b"")
+            self.assertIn(b"corvanectl: ", result.stderr)
