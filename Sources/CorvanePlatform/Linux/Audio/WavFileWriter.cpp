@@ -42,17 +42,21 @@ WavFileWriter::WavFileWriter(const QString& path, const AudioFormat& format)
     : m_name(QFileInfo(path).fileName()), m_format(format) {
     if (!format.isValid() || path.contains(QChar(0)))
         fail(m_name, EINVAL);
+    const QFileInfo location(path);
     const QByteArray native = QFile::encodeName(path);
-    const QByteArray directory = QFile::encodeName(QFileInfo(path).absolutePath());
-    if (::unlink(native.constData()) != 0 && errno != ENOENT)
+    const QByteArray directory = QFile::encodeName(location.absolutePath());
+    // Under its own name a file has its header from the first moment: a process killed in between leaves no file that
+    // cannot be read, only a hidden one, whose place the next attempt takes.
+    const QByteArray hidden = directory + "/." + QFile::encodeName(m_name) + ".new";
+    if (::unlink(hidden.constData()) != 0 && errno != ENOENT)
         fail(m_name, errno);
-    m_file = UniqueFd(::open(native.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    m_file = UniqueFd(::open(hidden.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!m_file)
         fail(m_name, errno);
     m_directory = UniqueFd(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!writeHeader()) {
+    if (!writeHeader() || ::rename(hidden.constData(), native.constData()) != 0) {
         const int error = errno;
-        ::unlink(native.constData());
+        ::unlink(hidden.constData());
         fail(m_name, error);
     }
     m_flusher = std::jthread([this](const std::stop_token& stop) { flushEverySecond(stop); });
@@ -88,7 +92,8 @@ bool WavFileWriter::writeHeader() {
 // thread flushed, and for 0.06 ms from a thread beside it; sync_file_range would not flush the length of the file.
 void WavFileWriter::flushEverySecond(const std::stop_token& stop) {
     using namespace std::chrono_literals;
-    // The name must survive a power failure too.
+    // The name must survive a power failure too, and not without the header that it stands for.
+    flush();
     if (m_directory)
         ::fsync(m_directory.get());
     std::unique_lock lock(m_mutex);

@@ -18,8 +18,9 @@ namespace corvane {
 // GiB, or an RF64 file that has WAVE_FORMAT_EXTENSIBLE from its first byte, which simple readers reject.
 class WavFileWriter final : public AudioFileWriter {
 public:
-    // A new file that only its owner may read. An existing file of this name is unlinked, not overwritten: whoever
-    // reads it keeps what he has, and a link or a FIFO is never followed or waited for. Throws AudioFileError.
+    // A new file that only its owner may read, which gets its name once its header is written. An existing file of this
+    // name is replaced, not overwritten: whoever reads it keeps what he has, and a link or a FIFO is never followed or
+    // waited for. Throws AudioFileError, and then what was there is still there.
     WavFileWriter(const QString& path, const AudioFormat& format);
     ~WavFileWriter() override;
 
