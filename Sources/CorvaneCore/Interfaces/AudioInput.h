@@ -31,7 +31,7 @@ struct AudioInputEvent {
 
     Kind kind = Kind::deviceChanged;
     QString device;        // what a person calls it; empty for deviceLost
-    double gapSeconds = 0; // of deviceBack and gap: the length of the hole
+    double gapSeconds = 0; // of all but deviceLost: the length of the silence put in
 };
 
 // One capture stream. Made, started, paused and stopped on one thread; destruction stops it.
