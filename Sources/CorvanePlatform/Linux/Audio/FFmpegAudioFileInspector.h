@@ -11,8 +11,7 @@ namespace corvane {
 
 class FFmpegAudioFileInspector final : public AudioFileInspector {
 public:
-    // Silences libavformat, which would write to standard error, for the whole process. A file whose length is not
-    // known by the deadline has none.
+    // A file whose length is not known by the deadline has none.
     explicit FFmpegAudioFileInspector(std::chrono::milliseconds deadline = std::chrono::seconds(5));
 
     [[nodiscard]] std::optional<double> durationSeconds(const QString& path) const override;
