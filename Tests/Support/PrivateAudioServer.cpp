@@ -78,6 +78,12 @@ void PrivateAudioServer::start() {
         startPulseAudio();
     else
         startPipeWire();
+    // The socket is there before it is listened to.
+    const auto answers = [this] {
+        return LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(QStringLiteral("info"))).status == 0;
+    };
+    if (!waitFor(answers))
+        fail(QStringLiteral("The sound server does not answer"));
     // "second" before "micfeed": of equals PulseAudio prefers the older as the default.
     for (const char* device : {"speaker", "second", "micfeed", "mic"})
         loadDevice(QString::fromUtf8(device));
@@ -102,7 +108,6 @@ void PrivateAudioServer::startPulseAudio() {
           {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
            QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no"), QStringLiteral("-n"),
            QStringLiteral("-F"), script.fileName()});
-    awaitFile(at("run/pulse/native"));
 }
 
 void PrivateAudioServer::startPipeWire() {
@@ -115,7 +120,6 @@ void PrivateAudioServer::startPipeWire() {
     // It takes PULSE_RUNTIME_PATH for the place of its socket.
     m_environment[QStringLiteral("PULSE_RUNTIME_PATH")] = at("run/pulse");
     serve(QStringLiteral("pipewire-pulse"), {});
-    awaitFile(at("run/pulse/native"));
 }
 
 // setpriv ends the program with the test, however that ends.
@@ -164,10 +168,12 @@ void PrivateAudioServer::signalAll(int signal) {
             ::kill(static_cast<pid_t>(process->processID()), signal);
 }
 
+QStringList PrivateAudioServer::pactl(const QString& words) const {
+    return QStringList{QStringLiteral("HOME=") + at("home"), QStringLiteral("pactl")} + words.split(QLatin1Char(' '));
+}
+
 QString PrivateAudioServer::control(const QString& words) {
-    const QStringList command{QStringLiteral("HOME=") + at("home"), QStringLiteral("pactl")};
-    const CommandResult result =
-        LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), command + words.split(QLatin1Char(' ')));
+    const CommandResult result = LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(words));
     if (result.status != 0)
         fail(words + QStringLiteral(": ") + result.output);
     return result.output;

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <vector>
 
@@ -47,6 +48,7 @@ private:
         QString id;
     };
     [[nodiscard]] QString at(const char* name) const;
+    [[nodiscard]] QStringList pactl(const QString& words) const;
     [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const QString& program, const QStringList& arguments);
     void serve(const QString& program, const QStringList& arguments);
     void startPulseAudio();
@@ -60,5 +62,9 @@ private:
     std::vector<std::shared_ptr<LaunchedProcess>> m_processes;
     std::vector<Module> m_modules;
 };
+
+inline void PrintTo(PrivateAudioServer::Kind kind, std::ostream* stream) {
+    *stream << (kind == PrivateAudioServer::Kind::pulseAudio ? "PulseAudio" : "PipeWire");
+}
 
 } // namespace corvane
