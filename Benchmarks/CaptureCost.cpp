@@ -3,14 +3,17 @@
 // peers are two `parec`, which do the
 // same at the same time; the limit is one per cent of a core.
 #include "Support/PrivateAudioServer.h"
+#include "Support/Waiting.h"
 
 #include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
 #include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
+#include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
+#include <signal.h>
 #include <sys/resource.h>
 
 #include <chrono>
@@ -61,14 +64,15 @@ private:
     std::size_t m_buffers = 0;
 };
 
-std::unique_ptr<QProcess> peer(const char* source, const QString& path) {
-    auto process = std::make_unique<QProcess>();
-    process->start(QStringLiteral("parec"),
-                   {QStringLiteral("--device=") + QString::fromUtf8(source), QStringLiteral("--latency-msec=85"),
-                    QStringLiteral("--fix-format"), QStringLiteral("--fix-rate"), QStringLiteral("--fix-channels"),
-                    QStringLiteral("--file-format=wav"), path});
-    process->waitForStarted();
-    return process;
+std::shared_ptr<LaunchedProcess> peer(const char* source, const QString& path) {
+    const QString command = QStringLiteral("exec parec --latency-msec=85 --fix-format --fix-rate --fix-channels "
+                                           "--file-format=wav --device=\"$0\" \"$1\"");
+    return LinuxProcessLauncher().launch({.executable = QStringLiteral("/bin/sh"),
+                                          .arguments = {QStringLiteral("-c"), command, QString::fromUtf8(source), path},
+                                          .environment = {},
+                                          .standardOutput = QStringLiteral("/dev/null"),
+                                          .standardError = QStringLiteral("/dev/null")},
+                                         {});
 }
 
 } // namespace
@@ -78,6 +82,7 @@ int main(int argc, char** argv) {
     const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
     const QTemporaryDir directory;
     const auto at = [&directory](const char* name) { return directory.filePath(QString::fromUtf8(name)); };
+    qputenv("HOME", directory.path().toUtf8()); // where libpulse leaves a file
     const bool isPipeWire = argc > 2 && std::string_view(argv[2]) == "pipewire";
     const PrivateAudioServer server(isPipeWire ? PrivateAudioServer::Kind::pipeWire
                                                : PrivateAudioServer::Kind::pulseAudio);
@@ -97,9 +102,9 @@ int main(int argc, char** argv) {
     system.end("System audio", elapsed);
     const double ours = 100 * (processorSeconds(RUSAGE_SELF) - before) / elapsed;
 
-    for (const auto& process : {microphonePeer.get(), systemPeer.get()}) {
-        process->terminate();
-        process->waitForFinished();
+    for (const auto& process : {microphonePeer, systemPeer}) {
+        ::kill(static_cast<pid_t>(process->processID()), SIGTERM);
+        static_cast<void>(waitFor([&process] { return !process->isRunning(); }));
     }
     const double peers = 100 * (processorSeconds(RUSAGE_CHILDREN) - childrenBefore) / elapsed;
     std::printf("Both streams: %.2f %% of a core (limit %.0f %%), two parec %.2f %%, ratio %.2f\n", ours, limitPercent,

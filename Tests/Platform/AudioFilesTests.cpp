@@ -1,4 +1,5 @@
 #include "Support/PrintQt.h"
+#include "Support/Waiting.h"
 
 #include "CorvaneContract/Files/Files.h"
 #include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
@@ -7,10 +8,10 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
+#include <signal.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,6 +20,7 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <thread>
 
 using namespace corvane;
 
@@ -124,15 +126,18 @@ TEST_F(SndfileAudioFilesTest, AKilledWriterLeavesAllButTheWriteInFlightToEveryRe
     const QString path = at("a.wav");
     std::int64_t longest = 0;
     for (int kill = 0; kill < 30; ++kill) {
-        QProcess writer;
-        writer.start(QStringLiteral(WRITE_WAV), {path});
-        ASSERT_TRUE(writer.waitForReadyRead());
-        const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 8'000);
-        while (std::chrono::steady_clock::now() < end)
-            writer.waitForReadyRead(1);
-        writer.kill();
-        ASSERT_TRUE(writer.waitForFinished());
-        const QByteArray told = writer.readAllStandardOutput();
+        writeFileAtomically(at("told"), {});
+        const auto writer = launcher.launch({.executable = QStringLiteral(WRITE_WAV),
+                                             .arguments = {path},
+                                             .environment = {},
+                                             .standardOutput = at("told"),
+                                             .standardError = QStringLiteral("/dev/null")},
+                                            {});
+        ASSERT_TRUE(waitFor([&] { return readFile(at("told"))->contains('\n'); }));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 8'000)); // at any moment
+        ::kill(static_cast<pid_t>(writer->processID()), SIGKILL);
+        ASSERT_TRUE(waitFor([&] { return !writer->isRunning(); }));
+        const QByteArray told = readFile(at("told")).value();
         const auto lines = told.first(told.lastIndexOf('\n')).split('\n');
         const std::int64_t acknowledged = lines.last().toLongLong();
         for (const std::int64_t frames : {files.open(path)->frameCount(), framesInSox(path), framesInFFmpeg(path)}) {

@@ -2,12 +2,13 @@
 
 #include "Support/Waiting.h"
 
+#include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
 #include <signal.h>
-#include <sys/prctl.h>
 
 #include <algorithm>
 
@@ -41,20 +42,19 @@ bool PrivateAudioServer::isInstalled(Kind kind) {
     return std::ranges::none_of(programs, [](const char* program) { return found(program).isEmpty(); });
 }
 
-PrivateAudioServer::PrivateAudioServer(Kind kind)
-    : m_kind(kind), m_environment(QProcessEnvironment::systemEnvironment()) {
+PrivateAudioServer::PrivateAudioServer(Kind kind) : m_kind(kind) {
     for (const char* name : {"run", "state", "home"}) {
         QDir().mkpath(at(name));
         QFile::setPermissions(at(name), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     for (const char* name : {"XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PIPEWIRE_RUNTIME_DIR"})
-        m_environment.insert(QString::fromUtf8(name), at("run"));
+        m_environment[QString::fromUtf8(name)] = at("run");
     for (const char* name : {"PULSE_STATE_PATH", "XDG_STATE_HOME"})
-        m_environment.insert(QString::fromUtf8(name), at("state"));
+        m_environment[QString::fromUtf8(name)] = at("state");
     for (const char* name : {"HOME", "XDG_CONFIG_HOME"})
-        m_environment.insert(QString::fromUtf8(name), at("home"));
-    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=") + at("run/bus"));
-    m_environment.insert(QStringLiteral("PULSE_SERVER"), address());
+        m_environment[QString::fromUtf8(name)] = at("home");
+    m_environment[QStringLiteral("DBUS_SESSION_BUS_ADDRESS")] = QStringLiteral("unix:path=") + at("run/bus");
+    m_environment[QStringLiteral("PULSE_SERVER")] = address();
     qputenv("PULSE_SERVER", address().toUtf8());
     start();
 }
@@ -78,6 +78,12 @@ void PrivateAudioServer::start() {
         startPulseAudio();
     else
         startPipeWire();
+    // The socket is there before it is listened to.
+    const auto answers = [this] {
+        return LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(QStringLiteral("info"))).status == 0;
+    };
+    if (!waitFor(answers))
+        fail(QStringLiteral("The sound server does not answer"));
     // "second" before "micfeed": of equals PulseAudio prefers the older as the default.
     for (const char* device : {"speaker", "second", "micfeed", "mic"})
         loadDevice(QString::fromUtf8(device));
@@ -98,36 +104,39 @@ void PrivateAudioServer::startPulseAudio() {
     script.write("load-module module-native-protocol-unix auth-anonymous=1 socket=" + at("run/pulse/native").toUtf8() +
                  "\n");
     script.close();
-    launch(QStringLiteral("pulseaudio"),
-           {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-            QStringLiteral("--use-pid-file=no"), QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no"),
-            QStringLiteral("-n"), QStringLiteral("-F"), script.fileName()});
-    awaitFile(at("run/pulse/native"));
+    serve(QStringLiteral("pulseaudio"),
+          {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
+           QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no"), QStringLiteral("-n"),
+           QStringLiteral("-F"), script.fileName()});
 }
 
 void PrivateAudioServer::startPipeWire() {
-    launch(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                           QStringLiteral("--address=unix:path=") + at("run/bus")});
+    serve(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                          QStringLiteral("--address=unix:path=") + at("run/bus")});
     awaitFile(at("run/bus"));
-    launch(QStringLiteral("pipewire"), {});
+    serve(QStringLiteral("pipewire"), {});
     awaitFile(at("run/pipewire-0"));
-    launch(QStringLiteral("wireplumber"), {});
+    serve(QStringLiteral("wireplumber"), {});
     // It takes PULSE_RUNTIME_PATH for the place of its socket.
-    m_environment.insert(QStringLiteral("PULSE_RUNTIME_PATH"), at("run/pulse"));
-    launch(QStringLiteral("pipewire-pulse"), {});
-    awaitFile(at("run/pulse/native"));
+    m_environment[QStringLiteral("PULSE_RUNTIME_PATH")] = at("run/pulse");
+    serve(QStringLiteral("pipewire-pulse"), {});
 }
 
-void PrivateAudioServer::launch(const QString& program, const QStringList& arguments) {
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(m_environment);
-    process->setStandardOutputFile(QProcess::nullDevice());
-    process->setStandardErrorFile(at("log"), QIODevice::Append);
-    process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    process->start(program, arguments);
-    if (!process->waitForStarted())
-        fail(program + QStringLiteral(": ") + process->errorString());
-    m_processes.push_back(std::move(process));
+// setpriv ends the program with the test, however that ends.
+std::shared_ptr<LaunchedProcess> PrivateAudioServer::launch(const QString& program, const QStringList& arguments) {
+    const QString log = at("log");
+    QFile(log).open(QIODevice::Append);
+    return LinuxProcessLauncher().launch(
+        {.executable = QStringLiteral("/usr/bin/setpriv"),
+         .arguments = QStringList{QStringLiteral("--pdeathsig"), QStringLiteral("KILL"), program} + arguments,
+         .environment = m_environment,
+         .standardOutput = QStringLiteral("/dev/null"),
+         .standardError = log},
+        {});
+}
+
+void PrivateAudioServer::serve(const QString& program, const QStringList& arguments) {
+    m_processes.push_back(launch(program, arguments));
 }
 
 void PrivateAudioServer::awaitFile(const QString& path) {
@@ -136,10 +145,9 @@ void PrivateAudioServer::awaitFile(const QString& path) {
 }
 
 void PrivateAudioServer::kill() {
-    for (const auto& process : m_processes) {
-        process->kill();
-        process->waitForFinished();
-    }
+    signalAll(SIGKILL);
+    for (const auto& process : m_processes)
+        static_cast<void>(waitFor([&process] { return !process->isRunning(); }));
     m_processes.clear();
     m_modules.clear();
     for (const char* socket : {"run/pulse/native", "run/pipewire-0", "run/pipewire-0.lock", "run/bus"})
@@ -156,16 +164,19 @@ void PrivateAudioServer::proceed() {
 
 void PrivateAudioServer::signalAll(int signal) {
     for (const auto& process : m_processes)
-        ::kill(static_cast<pid_t>(process->processId()), signal);
+        if (process->isRunning())
+            ::kill(static_cast<pid_t>(process->processID()), signal);
+}
+
+QStringList PrivateAudioServer::pactl(const QString& words) const {
+    return QStringList{QStringLiteral("HOME=") + at("home"), QStringLiteral("pactl")} + words.split(QLatin1Char(' '));
 }
 
 QString PrivateAudioServer::control(const QString& words) {
-    QProcess pactl;
-    pactl.setProcessEnvironment(m_environment);
-    pactl.start(QStringLiteral("pactl"), words.split(QLatin1Char(' ')));
-    if (!pactl.waitForFinished() || pactl.exitCode() != 0)
-        fail(words + QStringLiteral(": ") + QString::fromUtf8(pactl.readAllStandardError()));
-    return QString::fromUtf8(pactl.readAllStandardOutput());
+    const CommandResult result = LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(words));
+    if (result.status != 0)
+        fail(words + QStringLiteral(": ") + result.output);
+    return result.output;
 }
 
 void PrivateAudioServer::loadDevice(const QString& name) {
@@ -187,14 +198,8 @@ void PrivateAudioServer::unloadDevice(const QString& name) {
     m_modules.erase(module);
 }
 
-std::unique_ptr<QProcess> PrivateAudioServer::play(const QString& sink, const QString& path) {
-    auto player = std::make_unique<QProcess>();
-    player->setProcessEnvironment(m_environment);
-    player->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    player->start(QStringLiteral("paplay"), {QStringLiteral("--device=") + sink, path});
-    if (!player->waitForStarted())
-        fail(player->errorString());
-    return player;
+std::shared_ptr<LaunchedProcess> PrivateAudioServer::play(const QString& sink, const QString& path) {
+    return launch(QStringLiteral("paplay"), {QStringLiteral("--device=") + sink, path});
 }
 
 } // namespace corvane

@@ -5,12 +5,13 @@
 // test is killed.
 #pragma once
 
-#include <QByteArray>
-#include <QProcess>
+#include "CorvaneCore/Interfaces/ProcessLauncher.h"
+
 #include <QString>
 #include <QTemporaryDir>
 
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <vector>
 
@@ -39,7 +40,7 @@ public:
     void unloadDevice(const QString& name);
 
     // Plays a WAV file into a sink. The process ends when all was heard.
-    [[nodiscard]] std::unique_ptr<QProcess> play(const QString& sink, const QString& path);
+    [[nodiscard]] std::shared_ptr<LaunchedProcess> play(const QString& sink, const QString& path);
 
 private:
     struct Module {
@@ -47,7 +48,9 @@ private:
         QString id;
     };
     [[nodiscard]] QString at(const char* name) const;
-    void launch(const QString& program, const QStringList& arguments);
+    [[nodiscard]] QStringList pactl(const QString& words) const;
+    [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const QString& program, const QStringList& arguments);
+    void serve(const QString& program, const QStringList& arguments);
     void startPulseAudio();
     void startPipeWire();
     void signalAll(int signal);
@@ -55,9 +58,13 @@ private:
 
     Kind m_kind;
     QTemporaryDir m_directory;
-    QProcessEnvironment m_environment;
-    std::vector<std::unique_ptr<QProcess>> m_processes;
+    ProcessEnvironment m_environment;
+    std::vector<std::shared_ptr<LaunchedProcess>> m_processes;
     std::vector<Module> m_modules;
 };
+
+inline void PrintTo(PrivateAudioServer::Kind kind, std::ostream* stream) {
+    *stream << (kind == PrivateAudioServer::Kind::pulseAudio ? "PulseAudio" : "PipeWire");
+}
 
 } // namespace corvane

@@ -11,6 +11,7 @@ namespace corvane {
 
 namespace {
 
+constexpr AVRational microsecond{1, AV_TIME_BASE}; // in which libavformat counts the time of a container
 constexpr auto openLimit = std::chrono::seconds(5);
 // Decoders of MP3 and AAC need what came before: their first frames after a seek are wrong.
 constexpr double preroll = 0.3;
@@ -66,7 +67,7 @@ void FFmpegDecoder::rewindTo(double seconds) {
     const std::int64_t start = m_input->start_time == AV_NOPTS_VALUE ? 0 : m_input->start_time;
     const auto position = start + static_cast<std::int64_t>(seconds * AV_TIME_BASE);
     const auto seekTo = [this](std::int64_t microseconds) {
-        const auto aim = av_rescale_q(microseconds, AV_TIME_BASE_Q, m_stream->time_base);
+        const auto aim = av_rescale_q(microseconds, microsecond, m_stream->time_base);
         return av_seek_frame(m_input.get(), m_stream->index, aim, AVSEEK_FLAG_BACKWARD) >= 0;
     };
     // In front of the first sound AAC has a packet that its decoder needs.
@@ -105,9 +106,8 @@ bool FFmpegDecoder::decodeFrame() {
             return false;
     if (result < 0)
         return false;
-    const std::int64_t start = m_input->start_time == AV_NOPTS_VALUE
-                                   ? 0
-                                   : av_rescale_q(m_input->start_time, AV_TIME_BASE_Q, m_stream->time_base);
+    const std::int64_t start =
+        m_input->start_time == AV_NOPTS_VALUE ? 0 : av_rescale_q(m_input->start_time, microsecond, m_stream->time_base);
     if (m_frame->best_effort_timestamp != AV_NOPTS_VALUE)
         m_frameSeconds = static_cast<double>(m_frame->best_effort_timestamp - start) * av_q2d(m_stream->time_base);
     return true;

@@ -229,7 +229,7 @@ void PulseCapture::closeHole(Clock::time_point now) {
     const std::int64_t missing = m_timeline->missing(now) - readableFrames();
     if (m_hole->filled > 0 || missing >= framesIn(shortestHole, m_format->format.sampleRate))
         fill(missing);
-    const Hole hole = *std::exchange(m_hole, std::nullopt);
+    const CaptureHole hole = *std::exchange(m_hole, std::nullopt);
     const bool isElsewhere = m_stream && m_heard != m_target.source;
     if (m_stream)
         m_heard = m_target.source;

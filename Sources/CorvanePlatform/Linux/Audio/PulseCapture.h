@@ -15,6 +15,13 @@
 
 namespace corvane {
 
+// Time in which no frames came.
+struct CaptureHole {
+    std::int64_t filled = 0; // frames of silence
+    bool isReported = false;
+    std::optional<CaptureTimeline::Clock::time_point> dataSince;
+};
+
 class PulseCapture {
 public:
     struct Handlers {
@@ -34,13 +41,6 @@ public:
 
 private:
     using Clock = CaptureTimeline::Clock;
-
-    // Time in which no frames came.
-    struct Hole {
-        std::int64_t filled = 0;
-        bool isReported = false;
-        std::optional<Clock::time_point> dataSince;
-    };
 
     void run();
     void step(Clock::time_point now);
@@ -80,7 +80,7 @@ private:
     bool m_wasStreamReady = false;
 
     std::optional<CaptureTimeline> m_timeline;
-    std::optional<Hole> m_hole;
+    std::optional<CaptureHole> m_hole;
     std::vector<std::byte> m_silence;
     std::string m_heard; // the source of the last frames
 

@@ -6,11 +6,12 @@
 #include <QFileInfo>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <span>
 
 namespace corvane {
@@ -54,12 +55,13 @@ WavFileWriter::WavFileWriter(const QString& path, const AudioFormat& format)
     if (!m_file)
         fail(m_name, errno);
     m_directory = UniqueFd(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!writeHeader() || ::rename(hidden.constData(), native.constData()) != 0) {
+    m_end = UniqueFd(::eventfd(0, EFD_CLOEXEC));
+    if (!m_end || !writeHeader() || ::rename(hidden.constData(), native.constData()) != 0) {
         const int error = errno;
         ::unlink(hidden.constData());
         fail(m_name, error);
     }
-    m_flusher = std::jthread([this](const std::stop_token& stop) { flushEverySecond(stop); });
+    m_flusher = std::thread([this] { flushEverySecond(); });
 }
 
 WavFileWriter::~WavFileWriter() {
@@ -90,18 +92,16 @@ bool WavFileWriter::writeHeader() {
 // The writing thread is often the one that sound arrives on: it must not wait for a disk that is busy for seconds. Ten
 // flushes a second while 32 KiB are written every 4 ms held the longest of 1,200 writes up for 9.6 ms when the writing
 // thread flushed, and for 0.06 ms from a thread beside it; sync_file_range would not flush the length of the file.
-void WavFileWriter::flushEverySecond(const std::stop_token& stop) {
-    using namespace std::chrono_literals;
+void WavFileWriter::flushEverySecond() {
     // The name must survive a power failure too, and not without the header that it stands for.
     flush();
     if (m_directory)
         ::fsync(m_directory.get());
-    std::unique_lock lock(m_mutex);
-    while (!m_wake.wait_for(lock, stop, 1s, [&stop] { return stop.stop_requested(); })) {
-        lock.unlock();
-        flush();
-        lock.lock();
-    }
+    pollfd end{.fd = m_end.get(), .events = POLLIN, .revents = 0};
+    constexpr int second = 1000;
+    while ((end.revents & POLLIN) == 0)
+        if (::poll(&end, 1, second) == 0)
+            flush();
 }
 
 void WavFileWriter::flush() {
@@ -112,7 +112,8 @@ void WavFileWriter::flush() {
 int WavFileWriter::finish() {
     if (!m_file)
         return 0;
-    m_flusher = std::jthread();
+    ::eventfd_write(m_end.get(), 1);
+    m_flusher.join();
     constexpr std::byte padding{};
     int error = 0;
     if (m_dataBytes % 2 != 0 && writeAt(m_file.get(), {&padding, 1}, m_headerBytes + m_dataBytes) != 1)

@@ -6,10 +6,7 @@
 #include "CorvanePlatform/Linux/UniqueFd.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
-#include <stop_token>
 #include <thread>
 
 namespace corvane {
@@ -28,7 +25,7 @@ public:
     void close() override;
 
 private:
-    void flushEverySecond(const std::stop_token& stop);
+    void flushEverySecond();
     void flush();
     // False with errno.
     bool writeHeader();
@@ -43,9 +40,8 @@ private:
     std::uint64_t m_dataBytes = 0;
     std::atomic<bool> m_unflushed = true;
     std::atomic<int> m_flushError = 0;
-    std::mutex m_mutex;
-    std::condition_variable_any m_wake;
-    std::jthread m_flusher; // last: it uses all of the above
+    UniqueFd m_end; // becomes readable when the flusher has to end
+    std::thread m_flusher;
 };
 
 } // namespace corvane
