@@ -76,7 +76,7 @@ class Recording(support.EndToEndTest):
         def playing():
             listed = subprocess.run(["pactl", "list", "short", "sink-inputs"], env=self.environment, check=True,
                                     capture_output=True, text=True)
-            return listed.stdout.count("protocol-native.c") >= 2
+            return len(listed.stdout.splitlines()) == 2
         self.wait_for(playing, "the tones")
 
     def start_recording(self, *options):
