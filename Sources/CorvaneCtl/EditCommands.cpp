@@ -1,5 +1,6 @@
 // corvanectl rename, corvanectl speaker
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FinishRecording.h"
 #include "CorvaneCtl/MeetingJson.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
@@ -33,9 +34,9 @@ ExitStatus runRename(Session& session) {
         throw UsageError(QStringLiteral("a title needs more than blanks"));
     const MeetingListItem meeting = session.select(session.line().operand(0));
     // A title given now would be written over what the recorder keeps of its work.
-    if (meeting.isDraft() &&
-        (meeting.status == recordingStatus::recording || meeting.status == recordingStatus::paused))
-        throw CtlError(QStringLiteral("“%1” is being recorded; rename it afterwards").arg(visibleText(meeting.title)));
+    if (isInProgress(meeting))
+        throw CtlError(QStringLiteral("“%1” is being recorded or waits for recovery; rename it afterwards")
+                           .arg(visibleText(meeting.title)));
     AppModel& model = session.model();
     if (!model.renameSelectedRun(title))
         throw CtlError(model.status().statusMessage());

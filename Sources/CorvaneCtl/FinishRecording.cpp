@@ -15,6 +15,7 @@ namespace corvane::ctl {
 namespace {
 
 constexpr qint64 silentMilliseconds = 500; // what is joined sooner needs no progress bar
+constexpr qint64 redrawMilliseconds = 100;
 
 struct Finished {
     QString meetingID;
@@ -30,11 +31,16 @@ QString join(Session& session, const QString& meetingID) {
     Terminal& terminal = session.terminal();
     QElapsedTimer clock;
     clock.start();
+    QElapsedTimer sinceShown;
+    sinceShown.start();
     const auto shown = QObject::connect(&model.recording(), &RecordingPart::finishingProgressChanged, &model, [&] {
         const auto& fraction = model.recording().finishingProgress();
-        if (fraction && clock.hasExpired(silentMilliseconds))
-            terminal.showProgress(*fraction, static_cast<double>(clock.elapsed()) / 1000.0,
-                                  QStringLiteral("Joining and mixing"));
+        // Each block that is written tells its progress, thousands of them a second.
+        if (!fraction || !clock.hasExpired(silentMilliseconds) || !sinceShown.hasExpired(redrawMilliseconds))
+            return;
+        sinceShown.start();
+        terminal.showProgress(*fraction, static_cast<double>(clock.elapsed()) / 1000.0,
+                              QStringLiteral("Joining and mixing"));
     });
     const auto disconnected = qScopeGuard([&shown] { QObject::disconnect(shown); });
     const auto file = session.wait(model.stopRecording(AppModel::AfterStop::leave), [&] {

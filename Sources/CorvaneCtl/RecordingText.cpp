@@ -52,7 +52,7 @@ QJsonObject trackJson(const TrackHealth& track) {
 } // namespace
 
 qint64 secondsOfDuration(const QString& text) {
-    static const QRegularExpression form(QStringLiteral("^(?:([0-9]+)h)?(?:([0-9]+)m)?(?:([0-9]+)s?)?$"));
+    static const QRegularExpression form(QStringLiteral("^(?:([0-9]+)h)?(?:([0-9]+)m)?(?:([0-9]+)s?)?\\z"));
     const auto match = form.match(text);
     double total = 0;
     for (const auto& [group, unit] : {std::pair(1, 3600.0), std::pair(2, 60.0), std::pair(3, 1.0)})
@@ -65,7 +65,7 @@ qint64 secondsOfDuration(const QString& text) {
 
 double secondsOfPosition(const QString& text) {
     static const QRegularExpression form(
-        QStringLiteral("^(?:(?:([0-9]{1,4}):)?([0-9]{1,2}):(?=[0-5][0-9](?:\\.|$)))?([0-9]{1,9}(?:\\.[0-9]+)?)$"));
+        QStringLiteral("^(?:(?:([0-9]{1,4}):)?([0-9]{1,2}):(?=[0-5][0-9](?:\\.|\\z)))?([0-9]{1,9}(?:\\.[0-9]+)?)\\z"));
     const auto match = form.match(text);
     const double minutes = match.captured(2).toDouble();
     if (!match.hasMatch() || (!match.captured(1).isEmpty() && minutes >= 60))

@@ -3,6 +3,8 @@
 #include "CorvaneCtl/CtlError.h"
 #include "CorvaneCtl/RecordingText.h"
 
+#include <QJsonArray>
+
 #include <gmock/gmock.h>
 
 #include <limits>
@@ -17,8 +19,8 @@ TEST(RecordingText, Durations) {
     EXPECT_EQ(secondsOfDuration("1h30m"), 5400);
     EXPECT_EQ(secondsOfDuration("1h0m5s"), 3605);
     EXPECT_EQ(secondsOfDuration("168h"), 7 * 86400);
-    for (const char* wrong : {"", "0", "0h0m", "-5", "1.5h", "10 m", "30m1h", "ten", "m", "169h", "1h\n",
-                              "99999999999999999999999h"})
+    for (const char* wrong :
+         {"", "0", "0h0m", "-5", "1.5h", "10 m", "30m1h", "ten", "m", "169h", "1h\n", "99999999999999999999999h"})
         EXPECT_THROW((void)secondsOfDuration(wrong), UsageError) << wrong;
 }
 
@@ -28,7 +30,8 @@ TEST(RecordingText, Positions) {
     EXPECT_EQ(secondsOfPosition("1:15"), 75);
     EXPECT_EQ(secondsOfPosition("90:00"), 5400);
     EXPECT_EQ(secondsOfPosition("01:02:03.25"), 3723.25);
-    for (const char* wrong : {"", "1:5", "1:75", "1:60:00", ":30", "1:", "-3", "1e3", "nan", "1:02:03:04", "5s"})
+    for (const char* wrong :
+         {"", "1:5", "1:75", "1:60:00", ":30", "1:", "-3", "1e3", "nan", "1:02:03:04", "5s", "75\n"})
         EXPECT_THROW((void)secondsOfPosition(wrong), UsageError) << wrong;
 }
 
@@ -61,7 +64,8 @@ TEST(RecordingText, CaptureTellsWhatIsMissing) {
     microphone.recordedSeconds = 60;
     microphone.lostSeconds = 2.5;
     microphone.deviceChanges = {"lost", "back: \x1b[2J"};
-    report.tracks[captureTracks::system] = {.recordedSeconds = 60, .silentSeconds = 60};
+    TrackHealth& system = report.tracks[captureTracks::system];
+    system.recordedSeconds = system.silentSeconds = 60;
     EXPECT_EQ(captureText(report), QStringLiteral("  microphone  sound missing  60.0 s  not written: 2.5 s, "
                                                   "2 device changes\n"
                                                   "  system      silent         60.0 s  silent for 60.0 s\n"));

@@ -155,13 +155,16 @@ class Library(support.EndToEndTest):
         self.ctl("delete", second[:8].lower(), "--audio", "--yes")
         self.assertFalse(os.path.exists(audio))
 
-    def test_a_meeting_that_is_recorded_is_left_alone(self):
+    def test_a_recording_that_was_left_behind_is_left_alone(self):
         meeting = self.imported()
         path = self.root / "meetings" / meeting / "metadata.json"
         document = json.loads(path.read_text()) | {"recording_status": "recording"}
         path.write_text(json.dumps(document))
-        for command in (("rename", meeting, "x"), ("process", meeting), ("delete", meeting, "--yes")):
-            self.assertIn(b"being recorded", self.ctl(*command, expect=1).stderr)
+        for command, words in ((("rename", meeting, "x"), b"waits for recovery"),
+                               (("delete", meeting, "--yes"), b"waits for recovery"),
+                               (("process", meeting), b"corvanectl recover"),
+                               (("recover", meeting), b"nothing was recorded")):
+            self.assertIn(words, self.ctl(*command, expect=1).stderr)
         self.assertEqual(json.loads(path.read_text()), document)
 
     def test_which_meeting(self):

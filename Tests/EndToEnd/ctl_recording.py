@@ -2,13 +2,17 @@
 
 import array
 import cmath
+import fcntl
 import json
 import math
 import os
+import pty
+import select
 import shutil
 import signal
 import struct
 import subprocess
+import termios
 import time
 import unittest
 import wave
@@ -72,7 +76,7 @@ class Recording(support.EndToEndTest):
         def playing():
             listed = subprocess.run(["pactl", "list", "short", "sink-inputs"], env=self.environment, check=True,
                                     capture_output=True, text=True)
-            return listed.stdout.count("protocol-native.c") >= 2
+            return len(listed.stdout.splitlines()) == 2
         self.wait_for(playing, "the tones")
 
     def start_recording(self, *options):
@@ -137,6 +141,32 @@ class Recording(support.EndToEndTest):
             self.assertEqual((result["id"], list(result["capture"])), (meeting, ["microphone"]))
             self.assertGreater(result["audioSeconds"], 0.3)
             self.assertEqual(result["capture"]["microphone"]["verdict"], "silent")
+
+    def test_keys_at_a_terminal(self):
+        leader, follower = pty.openpty()
+        modes = termios.tcgetattr(follower)
+        process = subprocess.Popen([support.BIN / "corvanectl", "record", "--no-process"], stdin=follower,
+                                   stdout=follower, stderr=follower, start_new_session=True,
+                                   preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0),
+                                   env=self.environment | {"TERM": "xterm"})
+        self.addCleanup(self.end, process)
+        shown = bytearray()
+
+        def shows(words):
+            if select.select([leader], [], [], 0)[0]:
+                shown.extend(os.read(leader, 4096))
+            return words in shown
+        for words, key in ((b"microphone silent", b"p"), (b"Paused", b"p"), (b"microphone silent", b"q")):
+            self.wait_for(lambda: shows(words), words.decode())
+            shown.clear()
+            os.write(leader, key)
+        self.wait_for(lambda: shows(b".wav"), "the finished file")
+        self.assertEqual(process.wait(timeout=support.LIMIT), 0)
+        self.assertEqual(termios.tcgetattr(follower), modes)
+        os.close(leader)
+        os.close(follower)
+        draft = json.loads(next((self.root / "meetings").glob("*/metadata.json")).read_bytes())
+        self.assertEqual(len(draft["chunks"]), 2, "one before the pause and one after it")
 
     def test_devices(self):
         devices = self.ctl_json("devices")
