@@ -115,6 +115,7 @@ private:
     void prepareChunkedRecorderForExistingMeeting(const QString& meetingID);
     void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
     [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
+    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const;
     [[nodiscard]] std::optional<QString> meetingToRecord() const;
     void stopRecorders(const QString& meetingID);
     void keepCaptureReport(const QString& meetingID);
