@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/inotify.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -119,6 +120,27 @@ TEST_F(SndfileAudioFilesTest, AFileIsItsOwnersAloneAndReplacesWhatWasThere) {
     EXPECT_THROW((void)files.create(at("no/such/a.wav"), format), AudioFileError);
     EXPECT_THROW((void)files.create(directory.path(), format), AudioFileError);
     EXPECT_THROW((void)files.create(at("b.wav"), AudioFormat{}), AudioFileError);
+}
+
+TEST_F(SndfileAudioFilesTest, AFileHasItsHeaderWhenItGetsItsName) {
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(::inotify_add_watch(watch, QFile::encodeName(directory.path()).constData(), IN_CREATE | IN_MOVED_TO), 0);
+    // What a process left that was killed before the header stood.
+    writeFileAtomically(at(".a.wav.new"), "");
+    const auto writer = files.create(at("a.wav"), {.sampleRate = 8000, .channels = 1, .sample = Sample::signed16});
+    EXPECT_EQ(files.open(at("a.wav"))->frameCount(), 0);
+    alignas(inotify_event) std::array<char, 4096> events{};
+    const ssize_t length = ::read(watch, events.data(), events.size());
+    QStringList seen;
+    for (ssize_t position = 0; position < length;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(&events[static_cast<std::size_t>(position)]);
+        if (QString::fromUtf8(event->name) == u"a.wav")
+            seen.append(event->mask & IN_CREATE ? QStringLiteral("created") : QStringLiteral("renamed"));
+        position += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+    ::close(watch);
+    EXPECT_EQ(seen, QStringList(QStringLiteral("renamed")));
+    EXPECT_EQ(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden), QStringList(QStringLiteral("a.wav")));
 }
 
 TEST_F(SndfileAudioFilesTest, AKilledWriterLeavesAllButTheWriteInFlightToEveryReader) {

@@ -116,6 +116,7 @@ private:
     void prepareChunkedRecorderForExistingMeeting(const QString& meetingID);
     void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
     [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
+    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const;
     [[nodiscard]] std::optional<QString> meetingToRecord() const;
     void lockRecording(const QString& meetingID);
     void letGoOfOtherRecordings();

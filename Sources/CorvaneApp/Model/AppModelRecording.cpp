@@ -171,6 +171,10 @@ void AppModel::resumeRecording() {
         reloadMeetings();
         say(QStringLiteral("Recording"));
     } catch (const Error& error) {
+        // One that never started belongs to this meeting alone, and could only refuse to be stopped.
+        ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder();
+        if (microphone && microphone->state().kind == RecordingState::Kind::idle)
+            m_recording.setChunkedRecorder(nullptr);
         letGoOfOtherRecordings();
         say(QStringLiteral("Failed to resume recording: ") + error.text());
     }
@@ -197,12 +201,9 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         auto draft = readDraft(*meetingID);
         if (!draft)
             throw RecorderError();
-        // Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
-        if (!draft->chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
-            draft->chunksDirectory = m_paths.meeting(*meetingID) + chunksName;
-        draft->chunks = chunkURLs(*draft, *m_services.files);
+        draft = withItsChunks(*draft, *meetingID);
         plan = {.meetingID = *meetingID,
-                .chunks = chunkURLs(*draft, *m_services.files),
+                .chunks = draft->chunks,
                 .systemChunks = systemChunkURLs(*draft, *m_services.files),
                 .output = draft->audioPath.isEmpty()
                               ? m_paths.recordings() + QLatin1Char('/') + *meetingID + QStringLiteral(".wav")
@@ -229,6 +230,8 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
                    return {finalizeChunks(*files, plan, report), {}};
                } catch (const Error& error) {
                    return {{}, error.text()};
+               } catch (const std::exception& error) { // no memory or no thread to be had
+                   return {{}, QString::fromLocal8Bit(error.what())};
                }
            })
         .then(this, [this, id = *meetingID, afterStop](const Outcome& outcome) {
@@ -291,8 +294,7 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     if (failure.isEmpty()) {
         try {
             // Read anew: the title may have changed while the work ran.
-            MeetingDraftMetadata draft = draftOrFallback(meetingID);
-            draft.chunks = chunkURLs(draft, *m_services.files);
+            MeetingDraftMetadata draft = withItsChunks(draftOrFallback(meetingID), meetingID);
             draft.audioPath = file;
             draft.recordingStatus = recordingStatus::recorded;
             writeMeetingDraft(draft, meetingID);
@@ -325,6 +327,14 @@ std::optional<QString> AppModel::meetingToRecord() const {
         return m_recording.currentRecordingMeetingID();
     const auto meeting = selectedMeeting();
     return meeting ? std::optional(meeting->id) : std::nullopt;
+}
+
+// Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
+MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const {
+    if (!draft.chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
+        draft.chunksDirectory = m_paths.meeting(meetingID) + chunksName;
+    draft.chunks = chunkURLs(draft, *m_services.files);
+    return draft;
 }
 
 MeetingDraftMetadata AppModel::draftOrFallback(const QString& meetingID) const {

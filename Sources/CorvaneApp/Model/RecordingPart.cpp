@@ -42,7 +42,7 @@ void RecordingPart::stopRecordingElapsedClock() {
 
 void RecordingPart::setChunkedRecorder(std::unique_ptr<ChunkedMicrophoneRecorder> recorder) {
     m_microphone = std::move(recorder);
-    m_tracks.clear();
+    publish(m_tracks, {}, "tracks", &RecordingPart::tracksChanged);
 }
 
 void RecordingPart::setSystemAudioRecorder(std::unique_ptr<ChunkedSystemAudioRecorder> recorder) {

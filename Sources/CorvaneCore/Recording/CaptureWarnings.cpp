@@ -9,7 +9,8 @@ QString trackName(const QString& track) {
 }
 
 bool isTooSilent(const QString& track, const TrackHealth& health) {
-    return track == captureTracks::microphone && health.currentSilenceSeconds >= silenceWarningSeconds;
+    return track == captureTracks::microphone && health.hasDevice &&
+           health.currentSilenceSeconds >= silenceWarningSeconds;
 }
 
 } // namespace

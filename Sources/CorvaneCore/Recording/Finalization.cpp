@@ -12,6 +12,8 @@ namespace {
 
 // A stretch of a longer piece of work.
 AudioProgress stretch(const AudioProgress& progress, double from, double to) {
+    if (!progress)
+        return {};
     return [progress, from, to](double fraction) { progress(from + fraction * (to - from)); };
 }
 

@@ -19,6 +19,6 @@ struct FinalizationPlan {
 // Joins each source and mixes the two in the directory `<id>-mix` beside the output, which is removed when all went
 // well and otherwise stays for the next attempt. Gives the result's path. Throws AudioConcatenationError,
 // AudioFileMixError, AudioFileError or FileError.
-QString finalizeChunks(AudioFiles& files, const FinalizationPlan& plan, const AudioProgress& progress);
+QString finalizeChunks(AudioFiles& files, const FinalizationPlan& plan, const AudioProgress& progress = {});
 
 } // namespace corvane

@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 namespace corvane {
 
@@ -56,7 +57,7 @@ qint64 nextChunkIndex(const std::vector<QString>& chunks) {
     for (const QString& chunk : chunks) {
         bool isNumber = false;
         const qint64 index = fileTitle(chunk).toLongLong(&isNumber);
-        if (isNumber)
+        if (isNumber && index < std::numeric_limits<qint64>::max())
             largest = std::max(largest, index);
     }
     return largest + 1;

@@ -1,7 +1,10 @@
 // An AppModel over a real data directory, with the real file tree and fakes for the rest of the platform.
 #pragma once
 
+#include "Support/Fakes/FailingAudioFiles.h"
 #include "Support/Fakes/FakeAudioFileInspector.h"
+#include "Support/Fakes/FakeAudioInputs.h"
+#include "Support/Fakes/FakeAudioPlayers.h"
 #include "Support/Fakes/FakeClock.h"
 #include "Support/Fakes/FakeProcessLauncher.h"
 #include "Support/Fakes/FakeTokenStore.h"
@@ -28,6 +31,9 @@ public:
     std::shared_ptr<InMemoryUserDefaults> defaults = std::make_shared<InMemoryUserDefaults>();
     std::shared_ptr<FakeProcessLauncher> processes = std::make_shared<FakeProcessLauncher>();
     std::shared_ptr<FakeAudioFileInspector> audioFiles = std::make_shared<FakeAudioFileInspector>();
+    std::shared_ptr<FakeAudioInputs> audioInputs = std::make_shared<FakeAudioInputs>();
+    std::shared_ptr<FailingAudioFiles> waveFiles = std::make_shared<FailingAudioFiles>();
+    std::shared_ptr<FakeAudioPlayers> audioPlayers = std::make_shared<FakeAudioPlayers>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     QString worker; // an executable file, or "" for none
@@ -40,6 +46,9 @@ public:
                              .files = std::make_shared<LinuxFileTree>(),
                              .processes = processes,
                              .audioFiles = audioFiles,
+                             .audioInputs = audioInputs,
+                             .waveFiles = waveFiles,
+                             .audioPlayers = audioPlayers,
                              .workspace = workspace,
                              .clock = clock,
                              .environment = {{QStringLiteral("CORVANE_WORKER_PATH"), worker}},

@@ -1,0 +1,370 @@
+// The life of a recording over a real data directory, with devices that the test feeds.
+#include "Support/Builders/DataDirectoryBuilder.h"
+#include "Support/Builders/ModelFixture.h"
+#include "Support/PrintQt.h"
+#include "Support/WavFiles.h"
+
+#include "CorvaneCore/Library/FileNames.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+using namespace corvane;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class RecordingTest : public testing::Test {
+protected:
+    RecordingTest() {
+        fixture.audioInputs->systemDevice->format.sample = AudioFormat::Sample::float32;
+        fixture.audioInputs->microphoneDevice->format.sample = AudioFormat::Sample::float32;
+    }
+    static QString status(AppModel& model) { return model.status().statusMessage(); }
+    [[nodiscard]] QString directoryOf(const QString& id) const { return data.paths.meeting(id); }
+    [[nodiscard]] MeetingDraftMetadata draftOf(const QString& id) const {
+        return readMeetingDraft(directoryOf(id)).value();
+    }
+    static QString current(AppModel& model) { return model.recording().currentRecordingMeetingID().value(); }
+    AppModel& startMicrophoneOnly(const char* title = nullptr) {
+        AppModel& model = fixture.start();
+        model.setSystemAudioCaptureMode(SystemAudioCaptureMode::off);
+        model.startRecording(title ? std::optional(QString::fromUtf8(title)) : std::nullopt);
+        return model;
+    }
+    void speak(std::size_t frames, float level = 0.5F) {
+        EXPECT_TRUE(fixture.audioInputs->microphoneDevice->deliver(std::vector<float>(frames, level)));
+    }
+    // Runs the main loop until the condition holds.
+    template<typename Condition>
+    static bool until(Condition condition) {
+        QElapsedTimer watchdog;
+        watchdog.start();
+        while (!condition() && watchdog.elapsed() < 20'000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+        return condition();
+    }
+    static std::optional<QString> stop(AppModel& model) {
+        return ModelFixture::resultOf(model.stopRecording(AppModel::AfterStop::leave));
+    }
+    // What a process leaves that dies while it records.
+    QString makeDeadRecording(const char* id, const char* recordingStatus = "recording") {
+        const QString chunks = directoryOf(QString::fromUtf8(id)) + QStringLiteral("/chunks");
+        createPrivateDirectory(chunks);
+        for (const char* name : {"000000.wav", "000003.WAV"})
+            writeWav(chunks + QLatin1Char('/') + QString::fromUtf8(name),
+                     {.sampleRate = 48'000, .channels = 1, .sample = AudioFormat::Sample::float32},
+                     std::vector<float>(100, 0.5F));
+        MeetingDraftMetadata draft;
+        draft.title = QStringLiteral("Dead");
+        draft.audioPath = data.recording(QString::fromUtf8(id) + QStringLiteral(".wav"));
+        draft.recordingStatus = QString::fromUtf8(recordingStatus);
+        draft.startedAt = referenceSeconds(fixture.clock->now()) - 600;
+        draft.chunksDirectory = chunks;
+        draft.chunks = {chunks + QStringLiteral("/000000.wav"), chunks + QStringLiteral("/gone.wav")};
+        data.makeDraft(QString::fromUtf8(id), draft);
+        return chunks;
+    }
+
+    DataDirectoryBuilder data;
+    ModelFixture fixture{data.paths};
+};
+
+} // namespace
+
+TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
+    AppModel& model = fixture.start();
+    model.diarizationDefaults().updateDefaultSpeakerCount(4);
+    ProcessingSettings settings = model.detail().settings();
+    settings.language = QStringLiteral("de");
+    settings.speakerCount = 7;
+    settings.speakerIdentificationContext = QStringLiteral("of another meeting");
+    model.detail().setSettings(settings);
+    model.startRecording(QStringLiteral(" \n Weekly \t"));
+    EXPECT_EQ(status(model), u"Recording");
+    const QString id = current(model);
+    const QString chunks = directoryOf(id) + QStringLiteral("/chunks");
+    MeetingDraftMetadata expected;
+    expected.title = QStringLiteral("Weekly");
+    expected.audioPath = data.recording(id + QStringLiteral(".wav"));
+    settings.speakerCount = 4;
+    settings.speakerIdentificationContext.clear();
+    expected.settings = settings;
+    expected.recordingStatus = QStringLiteral("recording");
+    expected.startedAt = referenceSeconds(fixture.clock->now());
+    expected.chunksDirectory = chunks;
+    EXPECT_EQ(draftOf(id), expected);
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000000.wav")));
+    EXPECT_EQ(model.selectedMeeting()->id, id);
+    EXPECT_EQ(model.detail().selectedTitle(), u"Weekly");
+    EXPECT_EQ(model.currentAudioURL(), expected.audioPath);
+    EXPECT_TRUE(model.hasRecoverableRecording());
+
+    model.startRecording(QStringLiteral("Second"));
+    EXPECT_EQ(current(model), id) << "a second wish changes nothing";
+    speak(1000);
+    fixture.audioInputs->systemDevice->deliver(std::vector<float>(400, 0.25F));
+    model.pauseRecording();
+    EXPECT_EQ(status(model), u"Paused");
+    EXPECT_EQ(draftOf(id).recordingStatus, u"paused");
+    EXPECT_TRUE(fixture.audioInputs->systemDevice->deliver(std::vector<float>(400, 0.9F))) << "unheard";
+    ASSERT_TRUE(until([&] { return !draftOf(id).chunks.empty(); }));
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Recording");
+    EXPECT_EQ(draftOf(id).recordingStatus, u"recording");
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000001.wav")));
+    speak(500);
+    fixture.audioInputs->systemDevice->deliver(std::vector<float>(100, 0.25F));
+
+    const auto file = ModelFixture::resultOf(model.stopRecording());
+    EXPECT_EQ(file, expected.audioPath);
+    const auto mix = readWav<float>(*file);
+    ASSERT_EQ(mix.size(), 1500U);
+    EXPECT_FLOAT_EQ(mix[0], 0.9F * 0.75F);
+    EXPECT_FLOAT_EQ(mix[499], 0.9F * 0.75F);
+    EXPECT_FLOAT_EQ(mix[500], 0.9F * 0.5F);
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::stopped(*file));
+    EXPECT_FALSE(model.recording().currentRecordingMeetingID() || model.recording().finishingProgress());
+    EXPECT_EQ(draftOf(id).recordingStatus, u"recorded");
+    EXPECT_THAT(draftOf(id).chunks,
+                ElementsAre(chunks + QStringLiteral("/000000.wav"), chunks + QStringLiteral("/000001.wav")));
+    EXPECT_EQ(model.library().lastRecording(), file);
+    EXPECT_EQ(status(model), u"corvane-worker not found") << "processing follows by itself";
+    const CaptureReport report = readCaptureReport(directoryOf(id)).value();
+    EXPECT_DOUBLE_EQ(report.tracks.at(captureTracks::microphone).recordedSeconds, 1500 / 48'000.0);
+    EXPECT_DOUBLE_EQ(report.tracks.at(captureTracks::system).recordedSeconds, 500 / 48'000.0);
+    EXPECT_THAT(model.recording().tracks(), IsEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(draftOf(id).chunks.size(), 2U) << "an entry that comes late adds nothing";
+}
+
+TEST_F(RecordingTest, AFailureToStartSaysSoAndLeavesNoSession) {
+    AppModel& model = fixture.start();
+    fixture.audioInputs->systemDevice->startError = QStringLiteral("no sound server");
+    model.startRecording(QStringLiteral("  "));
+    EXPECT_EQ(status(model), u"Recording microphone only; system audio failed: no sound server");
+    EXPECT_EQ(draftOf(current(model)).title, QStringLiteral("Meeting ") + fixture.clock->now().toLocalTime().toString(
+                                                                              QStringLiteral("yyyy-MM-dd HH:mm")));
+    speak(10);
+    EXPECT_TRUE(stop(model));
+
+    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("no microphone");
+    model.startRecording(std::nullopt);
+    EXPECT_EQ(status(model), u"Failed to start recording: no microphone");
+    EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::stopped);
+    EXPECT_FALSE(model.recording().currentRecordingMeetingID());
+    EXPECT_EQ(model.library().meetings().size(), 1U);
+    model.reloadMeetings();
+    EXPECT_EQ(model.library().meetings().size(), 2U) << "the draft stays";
+
+    ASSERT_TRUE(QDir(data.paths.meetings()).removeRecursively());
+    writeFileAtomically(data.paths.meetings(), "in the way");
+    fixture.audioInputs->microphoneDevice->calls.clear();
+    model.startRecording(std::nullopt);
+    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to start recording: ")));
+    EXPECT_TRUE(fixture.audioInputs->microphoneDevice->calls.isEmpty()) << "the draft comes first";
+}
+
+TEST_F(RecordingTest, AClosedChunkIsEnteredOnce) {
+    AppModel& model = startMicrophoneOnly();
+    const QString id = current(model);
+    ChunkedMicrophoneRecorder& recorder = *model.recording().chunkedRecorder();
+    speak(10);
+    recorder.rotate();
+    ASSERT_TRUE(until([&] { return draftOf(id).chunks.size() == 1; }));
+    int reloads = 0;
+    QObject::connect(&model.library(), &LibraryPart::meetingsChanged, &model, [&] { ++reloads; });
+    const auto stamp = [&] {
+        struct stat status {};
+        ::stat(QFile::encodeName(directoryOf(id) + QStringLiteral("/metadata.json")).constData(), &status);
+        return status.st_ino;
+    };
+    const auto before = stamp();
+    recorder.onChunkClosed({0, draftOf(id).chunks[0], {}, {}});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stamp(), before) << "not written again";
+    EXPECT_EQ(reloads, 0);
+    EXPECT_EQ(draftOf(id).chunks.size(), 1U);
+}
+
+TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
+    AppModel& model = startMicrophoneOnly();
+    const QString id = current(model);
+    model.recording().chunkedRecorder()->pause();
+    model.pauseRecording();
+    EXPECT_EQ(status(model), u"Failed to pause recording: notRecording");
+    EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording);
+    model.recording().chunkedRecorder()->resume();
+
+    const QString record = directoryOf(id) + QStringLiteral("/metadata.json");
+    ASSERT_TRUE(QFile::remove(record));
+    model.pauseRecording();
+    EXPECT_EQ(status(model), u"Paused");
+    EXPECT_EQ(draftOf(id).audioPath, data.recording(id + QStringLiteral(".wav"))) << "built anew";
+    EXPECT_EQ(draftOf(id).recordingStatus, u"paused");
+    fixture.audioInputs->microphoneDevice->resumeError = QStringLiteral("gone");
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Failed to resume recording: gone");
+    EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::paused);
+    fixture.audioInputs->microphoneDevice->resumeError.reset();
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Recording");
+    speak(10);
+    EXPECT_TRUE(stop(model)) << status(model).toStdString();
+    EXPECT_EQ(status(model), QStringLiteral("Recorded %1.wav").arg(id));
+}
+
+TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
+    const QString chunks = makeDeadRecording("DEAD", "paused");
+    AppModel& model = fixture.start();
+    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("DEAD")));
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::idle());
+    EXPECT_TRUE(model.hasRecoverableRecording());
+    EXPECT_DOUBLE_EQ(model.recording().recordingElapsed(), 600);
+
+    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("busy");
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Failed to resume recording: busy");
+    fixture.audioInputs->microphoneDevice->startError.reset();
+    model.resumeRecording();
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000005.wav")))
+        << "number 4 went to the attempt that failed";
+    EXPECT_EQ(current(model), u"DEAD");
+    EXPECT_TRUE(fixture.audioInputs->systemDevice->calls.isEmpty());
+    speak(50);
+    TrackHealth earlier;
+    earlier.recordedSeconds = 60;
+    earlier.gaps = 2;
+    writeCaptureReport({.tracks = {{captureTracks::microphone, earlier}}}, directoryOf(QStringLiteral("DEAD")));
+    const auto file = stop(model);
+    ASSERT_TRUE(file) << status(model).toStdString();
+    EXPECT_EQ(readWav<float>(*file).size(), 250U) << "with the capital extension";
+    const TrackHealth health =
+        readCaptureReport(directoryOf(QStringLiteral("DEAD")))->tracks.at(captureTracks::microphone);
+    EXPECT_DOUBLE_EQ(health.recordedSeconds, 60 + 50 / 48'000.0);
+    EXPECT_EQ(health.gaps, 2);
+
+    // One whose microphone is gone can be finished all the same.
+    makeDeadRecording("OTHER");
+    model.reloadMeetings();
+    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("OTHER")));
+    fixture.audioInputs->microphoneDevice->formatError = QStringLiteral("no microphone");
+    model.resumeRecording();
+    const auto other = stop(model);
+    ASSERT_TRUE(other) << status(model).toStdString();
+    EXPECT_EQ(readWav<float>(*other).size(), 200U);
+}
+
+TEST_F(RecordingTest, AnImportedMeetingIsNoRecording) {
+    MeetingDraftMetadata imported;
+    imported.recordingStatus = QStringLiteral("imported");
+    imported.audioPath = data.recording(QStringLiteral("I.wav"));
+    data.makeDraft(QStringLiteral("I"), imported);
+    AppModel& model = fixture.start();
+    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("I")));
+    model.pauseRecording();
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Imported") << "no word about it";
+    EXPECT_FALSE(stop(model));
+    EXPECT_EQ(status(model), u"Failed to stop recording: noChunks");
+    model.selectSidebarItem(SidebarItem::settings());
+    EXPECT_FALSE(stop(model));
+}
+
+TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
+    AppModel& model = startMicrophoneOnly("Kept");
+    const QString id = current(model);
+    speak(100);
+    model.renameSelectedRun(QStringLiteral("Renamed while it runs"));
+    ASSERT_FALSE(draftOf(id).chunksDirectory) << "a rename replaces the draft";
+    model.recording().chunkedRecorder()->rotate();
+    speak(100);
+    const QString garbage = directoryOf(id) + QStringLiteral("/chunks/000009.wav");
+    writeFileAtomically(garbage, "garbage");
+    const auto refused = stop(model);
+    EXPECT_FALSE(refused);
+    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: 000009.wav: ")));
+    EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording) << "still shows";
+    EXPECT_EQ(current(model), id);
+    const QStringList calls = fixture.audioInputs->microphoneDevice->calls;
+    ASSERT_TRUE(QFile::remove(garbage));
+    const auto file = stop(model);
+    ASSERT_TRUE(file) << status(model).toStdString();
+    EXPECT_EQ(fixture.audioInputs->microphoneDevice->calls, calls);
+    EXPECT_EQ(readWav<float>(*file).size(), 200U) << "the rename took no sound";
+    EXPECT_EQ(draftOf(id).title, u"Renamed while it runs");
+    EXPECT_EQ(draftOf(id).chunks.size(), 2U);
+    EXPECT_TRUE(stop(model)) << "once more, from the same chunks";
+    EXPECT_EQ(readWav<float>(*file).size(), 200U);
+
+    model.startRecording(std::nullopt);
+    const QString next = current(model);
+    ASSERT_TRUE(QFile::remove(directoryOf(next) + QStringLiteral("/metadata.json")));
+    EXPECT_FALSE(stop(model));
+    EXPECT_EQ(status(model), u"Failed to stop recording: notRecording");
+    EXPECT_EQ(current(model), next);
+}
+
+TEST_F(RecordingTest, TheClockCountsPausesAndASilentMicrophoneIsReported) {
+    AppModel& model = startMicrophoneOnly();
+    fixture.clock->advance(3);
+    ASSERT_TRUE(until([&] { return model.recording().recordingElapsed() == 3; }));
+    model.pauseRecording();
+    fixture.clock->advance(4);
+    ASSERT_TRUE(until([&] { return model.recording().recordingElapsed() == 7; }));
+    model.resumeRecording();
+    speak(48'000 * 15 - 1, 0);
+    ASSERT_TRUE(until([&] {
+        return !model.recording().tracks().empty() &&
+               model.recording().tracks().at(captureTracks::microphone).silentSeconds > 14;
+    }));
+    EXPECT_EQ(status(model), u"Recording");
+    speak(1, 0);
+    EXPECT_TRUE(
+        until([&] { return status(model) == u"No sound comes from the microphone. Check that it is not muted."; }));
+    speak(1);
+    EXPECT_TRUE(until([&] { return status(model) == u"Recording"; }));
+    fixture.waveFiles->room = 0;
+    speak(1);
+    EXPECT_TRUE(until([&] { return status(model).startsWith(QStringLiteral("Recording is losing sound: ")); }));
+}
+
+TEST_F(RecordingTest, PlaybackIsClampedToTheFileAndEndsByItself) {
+    const QString audio = data.recording(QStringLiteral("a.wav"));
+    AppModel& model = fixture.start();
+    model.toggleAudioPlayback();
+    model.playAudio(3);
+    EXPECT_EQ(status(model), u"Idle") << "nothing to play";
+    writeFileAtomically(audio, "x");
+    fixture.audioPlayers->durationSeconds = 4000;
+    AppModel& again = fixture.start();
+    again.playAudio(3725.9);
+    EXPECT_EQ(status(again), u"Playing a.wav from 01:02:05");
+    EXPECT_TRUE(again.playback().isPlayingAudio());
+    again.playAudio(-7);
+    EXPECT_EQ(status(again), u"Playing a.wav from 00:00:00");
+    fixture.audioPlayers->openError = QStringLiteral("damaged");
+    again.playAudio(1);
+    EXPECT_EQ(status(again), u"Failed to play audio: damaged");
+    EXPECT_TRUE(again.playback().isPlayingAudio()) << "what was heard goes on";
+    again.toggleAudioPlayback();
+    EXPECT_FALSE(again.playback().isPlayingAudio());
+    EXPECT_EQ(fixture.audioPlayers->heard.join(QLatin1Char(',')),
+              u"play a.wav at 3725.9,end a.wav,play a.wav at 0,end a.wav");
+
+    fixture.audioPlayers->openError.reset();
+    again.playAudio(5000);
+    EXPECT_EQ(status(again), u"Playing a.wav from 01:06:40");
+    EXPECT_TRUE(until([&] { return !again.playback().isPlayingAudio(); }));
+    fixture.audioPlayers->durationSeconds = 0.05;
+    again.toggleAudioPlayback();
+    EXPECT_TRUE(again.playback().isPlayingAudio());
+    EXPECT_TRUE(until([&] { return !again.playback().isPlayingAudio(); }));
+    fixture.audioPlayers->playError = QStringLiteral("no sound server");
+    again.playAudio(0);
+    EXPECT_EQ(status(again), u"Failed to play audio: no sound server");
+    EXPECT_FALSE(again.playback().isPlayingAudio());
+    EXPECT_EQ(playbackTimestampText(-1), u"00:00:00");
+    EXPECT_EQ(playbackTimestampText(360'000), u"100:00:00");
+}
