@@ -6,50 +6,24 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <future>
+#include <vector>
 
 namespace corvane {
 
 namespace {
 
-// Long enough that handing a block to another thread costs nothing against rendering it.
+// Fits the cache of a core, and is long enough that writing it costs little.
 constexpr std::size_t blockFrames = 64 * 1024;
 
 double durationSeconds(const AudioFileReader& reader) {
     return static_cast<double>(reader.frameCount()) / static_cast<double>(reader.format().sampleRate);
 }
 
-// A source as blocks of mono sound, of which the next is always being rendered on a thread of its own while the present
-// one is used. Behind its end there is silence.
-class RenderedSource {
-public:
-    RenderedSource(AudioFiles& files, AudioFileReader& reader)
-        : m_stream(files, reader, AudioFileMixer::format.sampleRate), m_present(blockFrames), m_next(blockFrames) {
-        renderNext();
-    }
-
-    const std::vector<float>& block() {
-        m_rendering.get();
-        std::swap(m_present, m_next);
-        renderNext();
-        return m_present;
-    }
-
-private:
-    void renderNext() {
-        m_rendering = std::async(std::launch::async, [this] {
-            const std::size_t filled = m_stream.read(m_next);
-            std::fill(m_next.begin() + static_cast<std::ptrdiff_t>(filled), m_next.end(), 0.0F);
-        });
-    }
-
-    MonoStream m_stream;
-    std::vector<float> m_present;
-    std::vector<float> m_next;
-    std::future<void> m_rendering; // waits for the thread when destroyed, before what the thread uses goes
-};
+// Fills the block; behind the end of a source there is silence.
+void render(MonoStream& source, std::vector<float>& block) {
+    const std::size_t filled = source.read(block);
+    std::fill(block.begin() + static_cast<std::ptrdiff_t>(filled), block.end(), 0.0F);
+}
 
 } // namespace
 
@@ -71,14 +45,18 @@ QString AudioFileMixer::mix(AudioFiles& files, const QString& primary, const QSt
     createPrivateDirectory(QFileInfo(output).absolutePath());
     const auto file = files.create(output, format);
 
-    RenderedSource firstSource(files, *first);
-    RenderedSource secondSource(files, *second);
+    // On one thread: the conversion of one source is most of the work, so that a second thread would mostly wait, and
+    // on a busy machine of two cores waiting for it doubled the time.
+    MonoStream firstSource(files, *first, format.sampleRate);
+    MonoStream secondSource(files, *second, format.sampleRate);
     const auto total = static_cast<std::size_t>(duration * static_cast<double>(format.sampleRate));
+    std::vector<float> a(blockFrames);
+    std::vector<float> b(blockFrames);
     std::vector<float> mixed(blockFrames);
     for (std::size_t done = 0; done < total;) {
         const std::size_t count = std::min(blockFrames, total - done);
-        const std::vector<float>& a = firstSource.block();
-        const std::vector<float>& b = secondSource.block();
+        render(firstSource, a);
+        render(secondSource, b);
         for (std::size_t i = 0; i < count; ++i)
             mixed[i] = (a[i] + b[i]) * outputVolume;
         if (!file->write(std::as_bytes(std::span(mixed)).data(), count))
