@@ -38,7 +38,7 @@ void encodeSample(float value, AudioFormat::Sample type, std::byte* target) {
 }
 
 void averageChannels(const float* interleaved, std::size_t channels, std::span<float> mono) {
-    if (channels == 2) { // nearly always, and twice as fast without an inner loop
+    if (channels == 2) { // nearly always
         for (std::size_t frame = 0; frame < mono.size(); ++frame)
             mono[frame] = (interleaved[2 * frame] + interleaved[2 * frame + 1]) * 0.5F;
         return;
