@@ -16,7 +16,7 @@ const OptionSpec* findOption(const std::vector<OptionSpec>& options, const QStri
 
 class Parser {
 public:
-    Parser(const QStringList& arguments, const std::vector<CommandSpec>& commands)
+    Parser(const QStringList& arguments, const std::vector<CommandForm>& commands)
         : m_arguments(arguments), m_commands(commands) {}
 
     CommandLine parse() {
@@ -95,9 +95,9 @@ private:
     }
 
     const QStringList& m_arguments;
-    const std::vector<CommandSpec>& m_commands;
+    const std::vector<CommandForm>& m_commands;
     qsizetype m_next = 0;
-    const CommandSpec* m_command = nullptr;
+    const CommandForm* m_command = nullptr;
     CommandLine m_line;
 };
 
@@ -141,19 +141,19 @@ const std::vector<OptionSpec>& commonOptions() {
     return options;
 }
 
-const CommandSpec* findCommand(const std::vector<CommandSpec>& commands, const QString& name) {
+const CommandForm* findCommand(const std::vector<CommandForm>& commands, const QString& name) {
     const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&](const CommandSpec& command) { return command.name == name; });
+                                    [&](const CommandForm& command) { return command.name == name; });
     return found == commands.end() ? nullptr : &*found;
 }
 
-CommandLine parseCommandLine(const QStringList& arguments, const std::vector<CommandSpec>& commands) {
+CommandLine parseCommandLine(const QStringList& arguments, const std::vector<CommandForm>& commands) {
     return Parser(arguments, commands).parse();
 }
 
-QString generalHelp(const std::vector<CommandSpec>& commands) {
+QString generalHelp(const std::vector<CommandForm>& commands) {
     std::vector<std::pair<QString, QString>> rows;
-    for (const CommandSpec& command : commands) {
+    for (const CommandForm& command : commands) {
         const QString operands = command.operands.isEmpty() ? QString() : QLatin1Char(' ') + command.operands;
         rows.emplace_back(command.name + operands, command.summary);
     }
@@ -165,7 +165,7 @@ QString generalHelp(const std::vector<CommandSpec>& commands) {
         .arg(twoColumns(rows), optionTable(commonOptions()));
 }
 
-QString commandHelp(const CommandSpec& command) {
+QString commandHelp(const CommandForm& command) {
     const QString operands = command.operands.isEmpty() ? QString() : QLatin1Char(' ') + command.operands;
     std::vector<OptionSpec> options = command.options;
     options.insert(options.end(), commonOptions().begin(), commonOptions().end());

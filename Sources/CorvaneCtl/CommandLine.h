@@ -17,7 +17,7 @@ struct OptionSpec {
     QString help;
 };
 
-struct CommandSpec {
+struct CommandForm {
     QString name;
     QString operands; // as the help shows them
     int minimumOperands = 0;
@@ -41,12 +41,12 @@ struct CommandLine {
 // The options that every command has, and that may stand before it.
 [[nodiscard]] const std::vector<OptionSpec>& commonOptions();
 
-[[nodiscard]] const CommandSpec* findCommand(const std::vector<CommandSpec>& commands, const QString& name);
+[[nodiscard]] const CommandForm* findCommand(const std::vector<CommandForm>& commands, const QString& name);
 
 // `arguments` without the program's name. Options may stand among the operands; "--" ends them. Throws UsageError.
-[[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments, const std::vector<CommandSpec>& commands);
+[[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments, const std::vector<CommandForm>& commands);
 
-[[nodiscard]] QString generalHelp(const std::vector<CommandSpec>& commands);
-[[nodiscard]] QString commandHelp(const CommandSpec& command);
+[[nodiscard]] QString generalHelp(const std::vector<CommandForm>& commands);
+[[nodiscard]] QString commandHelp(const CommandForm& command);
 
 } // namespace corvane::ctl

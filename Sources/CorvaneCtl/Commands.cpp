@@ -7,7 +7,7 @@ namespace corvane::ctl {
 namespace {
 
 struct Command {
-    CommandSpec spec;
+    CommandForm form;
     ExitStatus (*run)(Session&);
 };
 
@@ -190,19 +190,19 @@ const std::vector<Command>& commands() {
 
 } // namespace
 
-const std::vector<CommandSpec>& commandSpecs() {
-    static const std::vector<CommandSpec> specs = [] {
-        std::vector<CommandSpec> result;
+const std::vector<CommandForm>& commandForms() {
+    static const std::vector<CommandForm> forms = [] {
+        std::vector<CommandForm> result;
         for (const Command& command : commands())
-            result.push_back(command.spec);
+            result.push_back(command.form);
         return result;
     }();
-    return specs;
+    return forms;
 }
 
 ExitStatus runCommand(Session& session) {
     for (const Command& command : commands()) {
-        if (command.spec.name == session.line().command)
+        if (command.form.name == session.line().command)
             return command.run(session);
     }
     throw UsageError(QStringLiteral("there is no command “%1”").arg(session.line().command));

@@ -25,7 +25,7 @@ class Session;
 [[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
 [[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp
 
-[[nodiscard]] const std::vector<CommandSpec>& commandSpecs();
+[[nodiscard]] const std::vector<CommandForm>& commandForms();
 
 [[nodiscard]] ExitStatus runCommand(Session& session);
 

@@ -29,8 +29,8 @@ QStringList argumentList(int count, char** values) {
 // Whether --help or --version was all that was asked for.
 bool answered(const CommandLine& line, Terminal& terminal) {
     if (line.has(QStringLiteral("help"))) {
-        const CommandSpec* command = findCommand(commandSpecs(), line.command);
-        terminal.print(command ? commandHelp(*command) : generalHelp(commandSpecs()));
+        const CommandForm* command = findCommand(commandForms(), line.command);
+        terminal.print(command ? commandHelp(*command) : generalHelp(commandForms()));
         return true;
     }
     if (line.has(QStringLiteral("version"))) {
@@ -42,7 +42,7 @@ bool answered(const CommandLine& line, Terminal& terminal) {
 
 int run(int count, char** values, Terminal& terminal) {
     try {
-        CommandLine line = parseCommandLine(argumentList(count, values), commandSpecs());
+        CommandLine line = parseCommandLine(argumentList(count, values), commandForms());
         if (answered(line, terminal))
             return static_cast<int>(ExitStatus::ok);
         Session session(std::move(line), makeLinuxServices(), terminal);

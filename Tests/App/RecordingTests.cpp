@@ -217,6 +217,10 @@ TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
 
 TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
     const QString chunks = makeDeadRecording("DEAD", "paused");
+    TrackHealth earlier;
+    earlier.recordedSeconds = 60;
+    earlier.gaps = 2;
+    writeCaptureReport({.tracks = {{captureTracks::microphone, earlier}}}, directoryOf(QStringLiteral("DEAD")));
     AppModel& model = fixture.start();
     model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("DEAD")));
     EXPECT_EQ(model.recording().recordingState(), RecordingState::idle());
@@ -233,10 +237,6 @@ TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
     EXPECT_EQ(current(model), u"DEAD");
     EXPECT_TRUE(fixture.audioInputs->systemDevice->calls.isEmpty());
     speak(50);
-    TrackHealth earlier;
-    earlier.recordedSeconds = 60;
-    earlier.gaps = 2;
-    writeCaptureReport({.tracks = {{captureTracks::microphone, earlier}}}, directoryOf(QStringLiteral("DEAD")));
     const auto file = stop(model);
     ASSERT_TRUE(file) << status(model).toStdString();
     EXPECT_EQ(readWav<float>(*file).size(), 250U) << "with the capital extension";

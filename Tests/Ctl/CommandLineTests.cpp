@@ -9,7 +9,7 @@ namespace corvane::ctl {
 namespace {
 
 CommandLine parse(const QStringList& arguments) {
-    return parseCommandLine(arguments, commandSpecs());
+    return parseCommandLine(arguments, commandForms());
 }
 
 TEST(CommandLine, OptionsStandAnywhereAndTheLastOneCounts) {

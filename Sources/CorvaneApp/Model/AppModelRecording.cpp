@@ -53,6 +53,7 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
         draft.chunksDirectory = directory + chunksName;
         writeMeetingDraft(draft, meetingID);
 
+        m_recording.setEarlierReport({});
         auto microphone = makeMicrophoneRecorder(*draft.chunksDirectory, 0, meetingID);
         const QString chunk = microphone->start();
         m_recording.setChunkedRecorder(std::move(microphone));
@@ -112,6 +113,8 @@ std::optional<QString> AppModel::startSystemAudio(const QString& systemChunksDir
 
 void AppModel::appendClosedChunk(const AudioChunk& chunk, const QString& meetingID) {
     auto draft = readDraft(meetingID);
+    if (m_recording.currentRecordingMeetingID() == meetingID)
+        keepCaptureReport(meetingID); // so that little of it is lost with the process
     if (!draft || std::find(draft->chunks.begin(), draft->chunks.end(), chunk.url) != draft->chunks.end())
         return;
     draft->chunks.push_back(chunk.url);
@@ -185,6 +188,7 @@ void AppModel::prepareChunkedRecorderForExistingMeeting(const QString& meetingID
     const auto draft = readDraft(meetingID);
     if (!draft || !draft->chunksDirectory)
         return;
+    m_recording.setEarlierReport(readCaptureReport(m_paths.meeting(meetingID)).value_or(CaptureReport()));
     m_recording.setChunkedRecorder(makeMicrophoneRecorder(
         *draft->chunksDirectory, nextChunkIndex(chunkURLs(*draft, *m_services.files)), meetingID));
 }
@@ -219,7 +223,11 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         QString error;
     };
     m_recording.setFinishingProgress(0.0);
-    const auto report = [part = QPointer(&m_recording)](double fraction) {
+    const auto report = [part = QPointer(&m_recording), told = 0.0](double fraction) mutable {
+        // Each one wakes the main loop, and an hour of sound is thousands of blocks.
+        if (fraction - told < 0.005 && fraction < 1.0)
+            return;
+        told = fraction;
         QMetaObject::invokeMethod(QCoreApplication::instance(), [part, fraction] {
             if (part && part->finishingProgress())
                 part->setFinishingProgress(fraction);
@@ -268,21 +276,14 @@ void AppModel::stopRecorders(const QString& meetingID) {
     m_recording.setSystemAudioRecorder(nullptr);
 }
 
-// What an earlier process knew of the same meeting is added to.
+// What was known of the same meeting before this process took it up is added to.
 void AppModel::keepCaptureReport(const QString& meetingID) {
-    CaptureReport report = m_recording.report();
+    const CaptureReport report = m_recording.report();
     if (report.tracks.empty() || !isPlainName(meetingID))
         return;
     const QString directory = m_paths.meeting(meetingID);
-    if (const auto earlier = readCaptureReport(directory)) {
-        for (const auto& [track, health] : earlier->tracks) {
-            const auto [now, isNew] = report.tracks.try_emplace(track, health);
-            if (!isNew)
-                now->second = combined(health, now->second);
-        }
-    }
     try {
-        writeCaptureReport(report, directory);
+        writeCaptureReport(combined(m_recording.earlierReport(), report), directory);
     } catch (const FileError&) {
         // The recording is what counts; it is finished without its report.
     }

@@ -50,6 +50,9 @@ public:
     void setSystemAudioRecorder(std::unique_ptr<ChunkedSystemAudioRecorder> recorder);
     // What is known of the tracks now.
     [[nodiscard]] CaptureReport report();
+    // What was known of the meeting before its recorders were made.
+    [[nodiscard]] const CaptureReport& earlierReport() const { return m_earlierReport; }
+    void setEarlierReport(CaptureReport report) { m_earlierReport = std::move(report); }
 
 Q_SIGNALS:
     void recordingStateChanged();
@@ -68,6 +71,7 @@ private:
     std::optional<QDateTime> m_startedAt;
     std::optional<QString> m_meetingID;
     std::map<QString, TrackHealth> m_tracks;
+    CaptureReport m_earlierReport;
     std::optional<double> m_finishingProgress;
     QTimer m_elapsedClock;
     QTimer m_trackClock;

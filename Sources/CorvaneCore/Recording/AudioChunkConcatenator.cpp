@@ -12,7 +12,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::size_t blockBytes = 256 * 1024;
+constexpr std::size_t blockBytes = 1024 * 1024;
 
 void writeAll(AudioFileWriter& output, const QString& path, const std::byte* frames, std::size_t count) {
     if (!output.write(frames, count))

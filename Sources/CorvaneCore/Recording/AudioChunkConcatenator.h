@@ -29,7 +29,7 @@ namespace AudioChunkConcatenator {
 
 // The output has the format of the first chunk; one of another rate or channel count is converted to it. Gives
 // `output`. Throws AudioConcatenationError or AudioFileError at the first chunk that cannot be read; what was written
-// until then stays. Holds a few hundred KB of audio at a time.
+// until then stays. Holds about a MB of audio at a time.
 QString concatenate(AudioFiles& files, std::vector<QString> chunks, const QString& output,
                     const AudioProgress& progress = {});
 

@@ -1,7 +1,7 @@
 #include "CorvaneCore/Recording/AudioFileMixer.h"
 
 #include "CorvaneContract/Files/Files.h"
-#include "CorvaneCore/Recording/MonoStream.h"
+#include "CorvaneCore/Recording/RenderAhead.h"
 
 #include <QFileInfo>
 
@@ -17,12 +17,6 @@ constexpr std::size_t blockFrames = 64 * 1024;
 
 double durationSeconds(const AudioFileReader& reader) {
     return static_cast<double>(reader.frameCount()) / static_cast<double>(reader.format().sampleRate);
-}
-
-// Fills the block; behind the end of a source there is silence.
-void render(MonoStream& source, std::vector<float>& block) {
-    const std::size_t filled = source.read(block);
-    std::fill(block.begin() + static_cast<std::ptrdiff_t>(filled), block.end(), 0.0F);
 }
 
 } // namespace
@@ -45,18 +39,16 @@ QString AudioFileMixer::mix(AudioFiles& files, const QString& primary, const QSt
     createPrivateDirectory(QFileInfo(output).absolutePath());
     const auto file = files.create(output, format);
 
-    // On one thread: the conversion of one source is most of the work, so that a second thread would mostly wait, and
-    // on a busy machine of two cores waiting for it doubled the time.
-    MonoStream firstSource(files, *first, format.sampleRate);
-    MonoStream secondSource(files, *second, format.sampleRate);
+    MonoStream firstStream(files, *first, format.sampleRate);
+    MonoStream secondStream(files, *second, format.sampleRate);
+    RenderAhead firstSource(firstStream, blockFrames);
+    RenderAhead secondSource(secondStream, blockFrames);
     const auto total = static_cast<std::size_t>(duration * static_cast<double>(format.sampleRate));
-    std::vector<float> a(blockFrames);
-    std::vector<float> b(blockFrames);
     std::vector<float> mixed(blockFrames);
     for (std::size_t done = 0; done < total;) {
         const std::size_t count = std::min(blockFrames, total - done);
-        render(firstSource, a);
-        render(secondSource, b);
+        const std::vector<float>& a = firstSource.next();
+        const std::vector<float>& b = secondSource.next();
         for (std::size_t i = 0; i < count; ++i)
             mixed[i] = (a[i] + b[i]) * outputVolume;
         if (!file->write(std::as_bytes(std::span(mixed)).data(), count))

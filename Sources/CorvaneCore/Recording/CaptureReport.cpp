@@ -76,6 +76,15 @@ TrackHealth combined(const TrackHealth& earlier, const TrackHealth& later) {
     return both;
 }
 
+CaptureReport combined(const CaptureReport& earlier, CaptureReport later) {
+    for (const auto& [track, health] : earlier.tracks) {
+        const auto [both, isNew] = later.tracks.try_emplace(track, health);
+        if (!isNew)
+            both->second = combined(health, both->second);
+    }
+    return later;
+}
+
 std::optional<CaptureReport> readCaptureReport(const QString& meetingDirectory) {
     const auto content = readFile(reportPath(meetingDirectory));
     if (!content)

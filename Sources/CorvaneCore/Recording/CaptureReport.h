@@ -31,6 +31,7 @@ inline const QString system = QStringLiteral("system");
 
 // A later stretch of the same meeting, after a crash, adds to what is known of the earlier one.
 [[nodiscard]] TrackHealth combined(const TrackHealth& earlier, const TrackHealth& later);
+[[nodiscard]] CaptureReport combined(const CaptureReport& earlier, CaptureReport later);
 
 inline const QString captureReportFile = QStringLiteral("capture.json");
 [[nodiscard]] std::optional<CaptureReport> readCaptureReport(const QString& meetingDirectory);

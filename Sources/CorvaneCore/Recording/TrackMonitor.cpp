@@ -87,8 +87,9 @@ void TrackMonitor::buffer(const std::byte* frames, std::size_t frameCount, const
     if (level.peak > 0) {
         m_currentSilenceFrames = 0;
     } else {
-        m_silentFrames += count;
         m_currentSilenceFrames += count;
+        if (outcome == Outcome::written)
+            m_silentFrames += count;
     }
     m_peak = std::max(m_peak.load(), level.peak);
     m_squares = m_squares.load() + level.squares;

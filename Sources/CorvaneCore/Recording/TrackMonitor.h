@@ -20,7 +20,7 @@ struct TrackHealth {
     double recordedSeconds = 0;       // written to the disk
     double peak = 0;                  // highest sample since the last reading, 0 to 1
     double rms = 0;                   // root mean square since the last reading, 0 to 1
-    double silentSeconds = 0;         // of digital silence in all
+    double silentSeconds = 0;         // of it digital silence
     double currentSilenceSeconds = 0; // of digital silence up to now without a break
     double lostSeconds = 0;           // delivered by the device but not written: no open file, or a full disk
     double gapSeconds = 0;            // never delivered; silence stands for it
