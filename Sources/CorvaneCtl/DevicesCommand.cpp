@@ -37,6 +37,7 @@ QString deviceTable(const QString& heading, const std::vector<AudioDevice>& devi
     if (devices.empty())
         return heading + QStringLiteral(": none\n");
     std::vector<QStringList> rows;
+    rows.reserve(devices.size());
     for (const AudioDevice& device : devices)
         rows.push_back({device.isDefault ? QStringLiteral("  *") : QStringLiteral("   "), visibleText(device.name),
                         visibleText(device.id), QStringLiteral("%1 Hz").arg(device.format.sampleRate),

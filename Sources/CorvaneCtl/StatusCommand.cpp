@@ -85,6 +85,7 @@ QString recordingsText(const QString& heading, const std::vector<MeetingListItem
     if (meetings.empty())
         return {};
     std::vector<QStringList> rows;
+    rows.reserve(meetings.size());
     for (const MeetingListItem& meeting : meetings)
         rows.push_back({QStringLiteral("  ") + visibleText(meeting.id), visibleText(meeting.title)});
     return heading + QLatin1Char('\n') + tableText(rows);

@@ -40,7 +40,7 @@ QString ChunkedMicrophoneRecorder::start() {
         break;
     }
     createPrivateDirectory(m_chunksDirectory);
-    const QString url = openNextChunk();
+    QString url = openNextChunk();
     startInput();
     scheduleRotation(m_chunkDurationSeconds);
     m_state = RecordingState::recording(url);
@@ -60,7 +60,7 @@ QString ChunkedMicrophoneRecorder::pause() {
 QString ChunkedMicrophoneRecorder::resume() {
     if (m_state.kind != RecordingState::Kind::paused)
         throw RecorderError();
-    const QString url = openNextChunk();
+    QString url = openNextChunk();
     m_input->resume();
     scheduleRotation(m_chunkDurationSeconds);
     m_state = RecordingState::recording(url);
@@ -92,7 +92,7 @@ void ChunkedMicrophoneRecorder::rotate() {
 // The new file is made before the old one is let go, so that the files change over without the loss of a buffer. The
 // index is spent even if that fails.
 QString ChunkedMicrophoneRecorder::openNextChunk() {
-    const QString url = chunkURL(m_chunksDirectory, m_nextChunkIndex++);
+    QString url = chunkURL(m_chunksDirectory, m_nextChunkIndex++);
     const AudioFormat format = m_input->format();
     auto file = m_files->create(url, format);
     announce(m_chunk.exchange(std::move(file), url, format, m_clock->now()));

@@ -29,7 +29,7 @@ QString finalizeChunks(AudioFiles& files, const FinalizationPlan& plan, const Au
         files, plan.chunks, mixDirectory + QStringLiteral("/microphone.wav"), stretch(progress, 0.0, 0.2));
     const QString system = AudioChunkConcatenator::concatenate(
         files, plan.systemChunks, mixDirectory + QStringLiteral("/system.wav"), stretch(progress, 0.2, 0.5));
-    const QString result = AudioFileMixer::mix(files, microphone, system, plan.output, stretch(progress, 0.5, 1.0));
+    QString result = AudioFileMixer::mix(files, microphone, system, plan.output, stretch(progress, 0.5, 1.0));
     QDir(mixDirectory).removeRecursively();
     return result;
 }

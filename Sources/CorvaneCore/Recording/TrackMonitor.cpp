@@ -20,7 +20,7 @@ template<typename Sample, typename ToFraction>
 Level measure(const std::byte* frames, std::size_t samples, ToFraction toFraction) {
     Level level;
     for (std::size_t i = 0; i < samples; ++i) {
-        Sample raw;
+        Sample raw{};
         std::memcpy(&raw, frames + i * sizeof(Sample), sizeof(Sample));
         const float value = toFraction(raw);
         level.peak = std::max(level.peak, std::abs(value));
