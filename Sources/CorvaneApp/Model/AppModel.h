@@ -13,6 +13,7 @@
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
 #include "CorvaneCore/Library/AppPaths.h"
+#include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/RecordingLock.h"
 
 #include <QFuture>
@@ -122,6 +123,8 @@ private:
     void letGoOfOtherRecordings();
     void stopRecorders(const QString& meetingID);
     void keepCaptureReport(const QString& meetingID);
+    // The joining and mixing run on a thread of their own; what follows from them runs on the main thread.
+    QFuture<std::optional<QString>> finalizeInBackground(const FinalizationPlan& plan, AfterStop afterStop);
     std::optional<QString> finishRecording(const QString& meetingID, const QString& file, const QString& error,
                                            AfterStop afterStop);
     [[nodiscard]] std::optional<MeetingDraftMetadata> readDraft(const QString& meetingID) const;

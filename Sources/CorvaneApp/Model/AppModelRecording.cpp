@@ -4,7 +4,6 @@
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCore/Library/FileNames.h"
-#include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/MeetingChunks.h"
 
 #include <QCoreApplication>
@@ -20,6 +19,13 @@ constexpr double chunkDurationSeconds = 90.0;
 
 const QString chunksName = QStringLiteral("/chunks");
 const QString systemChunksName = QStringLiteral("/system-chunks");
+
+QString recordingTitle(const std::optional<QString>& suggested, const QDateTime& startedAt) {
+    const QString title = suggested.value_or(QString()).trimmed();
+    return !title.isEmpty()
+               ? title
+               : QStringLiteral("Meeting ") + startedAt.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+}
 
 } // namespace
 
@@ -41,11 +47,8 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
         createPrivateDirectory(directory);
         lockRecording(meetingID);
         const QDateTime now = m_services.clock->now();
-        const QString suggestion = suggestedTitle.value_or(QString()).trimmed();
         MeetingDraftMetadata draft;
-        draft.title = !suggestion.isEmpty()
-                          ? suggestion
-                          : QStringLiteral("Meeting ") + now.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+        draft.title = recordingTitle(suggestedTitle, now);
         draft.audioPath = m_paths.recordings() + QLatin1Char('/') + meetingID + QStringLiteral(".wav");
         draft.settings = settings;
         draft.recordingStatus = recordingStatus::recording;
@@ -217,7 +220,10 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         say(QStringLiteral("Failed to stop recording: ") + error.text());
         return refused();
     }
+    return finalizeInBackground(plan, afterStop);
+}
 
+QFuture<std::optional<QString>> AppModel::finalizeInBackground(const FinalizationPlan& plan, AfterStop afterStop) {
     struct Outcome {
         QString file;
         QString error;
@@ -242,7 +248,7 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
                    return {{}, QString::fromLocal8Bit(error.what())};
                }
            })
-        .then(this, [this, id = *meetingID, afterStop](const Outcome& outcome) {
+        .then(this, [this, id = plan.meetingID, afterStop](const Outcome& outcome) {
             m_recording.setFinishingProgress(std::nullopt);
             return finishRecording(id, outcome.file, outcome.error, afterStop);
         });
