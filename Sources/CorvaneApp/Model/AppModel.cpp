@@ -15,21 +15,30 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_detail(m_diarizationDefaults.appliedTo({})),
       m_recording(m_services.clock),
       m_playback(m_services.audioPlayers),
-      m_jobs(m_services.files, m_services.audioFiles, m_services.clock) {
+      m_jobs(m_services.files, m_services.audioFiles, m_services.clock),
+      m_voiceProfiles(m_paths.database(), m_services.clock) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
+    connect(&m_speakerReview, &SpeakerReviewPart::saveWanted, this, &AppModel::saveSpeakerMappings);
+    connect(&m_profileRenameTimer, &QTimer::timeout, this, &AppModel::renameInNextRun);
     try {
         m_paths.createDirectories();
     } catch (const FileError&) {
         // The operations that need the directories say so when they are used.
     }
     m_library.restoreLatestRecording();
+    reloadSpeakerProfiles();
     reloadMeetings();
     restoreLatestMeeting();
     restoreSidebarSelection();
     startPolling();
 }
 
-AppModel::~AppModel() = default;
+AppModel::~AppModel() {
+    *m_commandsCancelled = true;
+    saveWhatIsDue();
+    while (!m_profileRenames.empty())
+        renameInNextRun();
+}
 
 std::optional<QString> AppModel::currentAudioURL() const {
     const auto meeting = selectedMeeting();

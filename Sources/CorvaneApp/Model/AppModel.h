@@ -12,21 +12,27 @@
 #include "CorvaneApp/Model/RecordingPart.h"
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
+#include "CorvaneApp/Model/VoiceProfilesPart.h"
 #include "CorvaneCore/Library/AppPaths.h"
 #include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/RecordingLock.h"
 
 #include <QFuture>
 #include <QObject>
+#include <QPromise>
 #include <QTimer>
 
 #include <atomic>
+#include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace corvane {
 
 class RunIdentity;
+struct VoiceExtraction;
 
 class AppModel final : public QObject {
     Q_OBJECT
@@ -45,6 +51,7 @@ public:
     [[nodiscard]] PlaybackPart& playback() { return m_playback; }
     [[nodiscard]] JobsPart& jobs() { return m_jobs; }
     [[nodiscard]] SpeakerReviewPart& speakerReview() { return m_speakerReview; }
+    [[nodiscard]] VoiceProfilesPart& voiceProfiles() { return m_voiceProfiles; }
     [[nodiscard]] const AppPaths& paths() const { return m_paths; }
 
     // Derived from the parts and the disk.
@@ -66,14 +73,42 @@ public:
     // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
     void persistCurrentMeetingSettings();
 
-    // Import and speaker names (AppModelImport.cpp, AppModelSpeakers.cpp)
+    // Import (AppModelImport.cpp)
     // Copies a file beside the main loop and makes a meeting of it; the future holds the meeting's id, or nothing if
     // it failed. Does not start processing.
     QFuture<std::optional<QString>> importAudioFile(const QString& chosen);
     // Ends the copying of every import that is under way, soon and without a trace; their futures then hold nothing.
     void cancelImports();
-    // Writes the names, links and suggestions on screen into the shown run. False if that failed.
+
+    // Speakers of the shown run (AppModelSpeakers.cpp, AppModelVoices.cpp). Each takes a speaker's label. What returns
+    // a value says whether all of it was done; the card's line and the status line tell the rest.
+    // Takes a name while it is typed, and saves half a second after the last change.
+    void updateSpeakerName(const QString& speaker, const QString& name);
+    // Writes the names, links and suggestions on screen into the shown run.
     bool saveSpeakerMappings();
+    bool assignSpeaker(const QString& speaker, const SpeakerProfile& profile);
+    // Links the speaker to a person and adds the voice to what is known of that person. The link stands also if the
+    // voice then cannot be had.
+    QFuture<bool> addVoiceObservation(const QString& speaker, const SpeakerProfile& profile);
+    QFuture<bool> createProfileFromSpeakerVoice(const QString& speaker, const QString& displayName);
+    bool removeSpeakerProfileAssignment(const QString& speaker);
+    // Does nothing if the suggested person is no longer known.
+    QFuture<bool> acceptSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion);
+    void rejectSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion);
+
+    // Known people (AppModelProfiles.cpp). False if nothing was changed, with the reason in the status line.
+    void reloadSpeakerProfiles();
+    bool createSpeakerProfile(const QString& displayName, const QString& notes);
+    // A new name goes into every meeting that the person is linked in, one after the other beside the main loop's other
+    // work; the future ends when all have it. One that cannot be changed does not stop the others.
+    QFuture<bool> updateSpeakerProfile(const SpeakerProfile& profile, const QString& displayName, const QString& notes,
+                                       bool enabled);
+    bool setSpeakerProfileEnabled(const SpeakerProfile& profile, bool enabled);
+    // The names and links in the meetings stay.
+    bool deleteSpeakerProfile(const SpeakerProfile& profile);
+    bool deleteAllSpeakerProfiles();
+    bool updateVoiceProfileMatchingEnabled(bool enabled);
+    bool updateVoiceProfileMatchingThreshold(double threshold); // clamped to 0 to 1
 
     // Recording (AppModelRecording.cpp)
     void startRecording(const std::optional<QString>& suggestedTitle);
@@ -101,6 +136,15 @@ public:
 
 private:
     struct LaunchWish;
+    struct MatchingTask;
+    struct VoiceUpdate;
+    // A person's new name on its way through the stored runs.
+    struct ProfileRename {
+        QUuid profileID;
+        QString displayName;
+        std::vector<QString> runs; // still to be looked at, the next one last
+        QPromise<bool> done;
+    };
 
     void restoreLatestMeeting();
     void restoreSidebarSelection();
@@ -127,6 +171,26 @@ private:
     QFuture<std::optional<QString>> finalizeInBackground(const FinalizationPlan& plan, AfterStop afterStop);
     std::optional<QString> finishRecording(const QString& meetingID, const QString& file, const QString& error,
                                            AfterStop afterStop);
+    void writeSpeakerReview(const QString& runDirectory);
+    void saveWhatIsDue();
+    void persistSpeakerProfileMatches();
+    bool updateSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion, const QString& status);
+    [[nodiscard]] std::optional<QString> findWorker() const;
+    [[nodiscard]] bool shouldApplyVoiceProfileUpdate(const QString& runID,
+                                                     const std::optional<QString>& expectedRunID) const;
+    [[nodiscard]] QFuture<CommandResult> runSpeakerProfileExtraction(const VoiceExtraction& extraction) const;
+    void tellCard(const QString& speaker, VoiceProfileUpdateMessage::Kind kind, const QString& text);
+    [[nodiscard]] bool hasVoiceOf(const QString& speaker, const SpeakerProfile& profile, const QString& runID);
+    bool finishVoiceObservation(const VoiceUpdate& update, const CommandResult& result);
+    void storeVoice(const VoiceUpdate& update, const CommandResult& result);
+    void startSpeakerProfileMatchingIfNeeded(const TranscriptResult& result,
+                                             const std::optional<QString>& runDirectory);
+    void matchNextSpeaker(const std::shared_ptr<MatchingTask>& task);
+    void finishMatching(const MatchingTask& task);
+    // Changes the store, reads it anew and tells what came of it; `failure` stands before the reason.
+    bool changeProfiles(const char* failure, const QString& success, const std::function<void(LocalStore&)>& change);
+    QFuture<bool> propagateSpeakerProfileDisplayName(const QUuid& profileID, const QString& displayName);
+    void renameInNextRun();
     [[nodiscard]] std::optional<MeetingDraftMetadata> readDraft(const QString& meetingID) const;
     void writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const;
     void say(const QString& message) { m_status.setStatusMessage(message); }
@@ -142,9 +206,16 @@ private:
     PlaybackPart m_playback;
     JobsPart m_jobs;
     SpeakerReviewPart m_speakerReview;
+    VoiceProfilesPart m_voiceProfiles;
+    // Runs that were compared with the known voices since the start, whatever came of it: once is enough.
+    std::set<QString> m_matchedRunIDs;
+    std::deque<ProfileRename> m_profileRenames;
+    QTimer m_profileRenameTimer;
     std::optional<RecordingLock> m_recordingLock;
     QTimer m_pollTimer;
     SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
+    // Shared with the threads that wait for the worker.
+    std::shared_ptr<std::atomic<bool>> m_commandsCancelled = std::make_shared<std::atomic<bool>>(false);
     // Shared with the copying threads; cancelling sets it and puts a new one in its place.
     std::shared_ptr<std::atomic<bool>> m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
 };

@@ -108,8 +108,12 @@ void AppModel::refreshRun() {
         m_detail.setSelectedTitle(identity.title());
     m_detail.setSettings(record.value_or(RunAppMetadata()).settings);
     m_jobs.updateRunProgress(run, identity.audioURL());
-    if (result)
-        m_speakerReview.load(*result);
+    if (result) {
+        // A name that is still being typed is newer than the file, and its save brings the next refresh.
+        if (!m_speakerReview.isSaveDue())
+            m_speakerReview.load(*result);
+        startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), run);
+    }
     if (m_jobs.jobState())
         say(withCapitalWords(m_jobs.jobState()->status));
     reloadMeetings();

@@ -3,7 +3,6 @@
 #include "CorvaneContract/Error.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Jobs/WorkerEnvironment.h"
-#include "CorvaneCore/Jobs/WorkerLocator.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
 #include "CorvaneCore/Settings/DefaultDiarizationSettings.h"
@@ -31,9 +30,7 @@ QFuture<std::optional<QString>> AppModel::processCurrentAudio() {
     const auto audio = currentAudioURL();
     if (!audio || m_jobs.isLaunching())
         return refused();
-    const WorkerLocator locator{m_services.environment, m_services.currentDirectory,
-                                m_services.bundleResourceDirectory};
-    const auto worker = locator.resolve();
+    const auto worker = findWorker();
     if (!worker) {
         say(QStringLiteral("corvane-worker not found"));
         return refused();

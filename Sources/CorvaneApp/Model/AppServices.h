@@ -18,6 +18,10 @@
 
 namespace corvane {
 
+// Whether showing a run may set the worker to compare its voices with the known ones, where the user has switched that
+// on. A command that only looks something up must not.
+enum class VoiceMatching { whenShown, never };
+
 struct AppServices {
     std::shared_ptr<SecretStoring> tokenStore;
     std::shared_ptr<UserDefaults> defaults;
@@ -34,6 +38,8 @@ struct AppServices {
     ProcessEnvironment environment;
     QString currentDirectory;
     std::optional<QString> bundleResourceDirectory;
+
+    VoiceMatching voiceMatching = VoiceMatching::whenShown;
 };
 
 } // namespace corvane

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -41,6 +42,9 @@ public:
     [[nodiscard]] virtual std::int32_t terminationStatus() const = 0;
 };
 
+// Set by whoever no longer wants a command's result. An empty one is never set.
+using CommandCancellation = std::shared_ptr<const std::atomic<bool>>;
+
 struct CommandResult {
     std::int32_t status = 0; // as LaunchedProcess::terminationStatus
     QString output;          // standard output and standard error in one, as UTF-8
@@ -61,8 +65,9 @@ public:
 
     // Runs a command to its end in the inherited environment and returns what it said, the first MiB of it. Blocks:
     // never on the main thread. It is no launched process: it shares the session, so that Ctrl-C ends it too. Throws
-    // LaunchError if it cannot be started.
-    [[nodiscard]] virtual CommandResult run(const QString& executable, const QStringList& arguments) = 0;
+    // LaunchError if it cannot be started. A cancelled command is killed soon after, and its status says so.
+    [[nodiscard]] virtual CommandResult run(const QString& executable, const QStringList& arguments,
+                                            const CommandCancellation& cancelled = {}) = 0;
 };
 
 } // namespace corvane

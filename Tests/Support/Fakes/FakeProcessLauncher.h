@@ -31,7 +31,8 @@ public:
     }
 
     // What `results` says for the executable, whatever the arguments.
-    [[nodiscard]] CommandResult run(const QString& executable, const QStringList& arguments) override {
+    [[nodiscard]] CommandResult run(const QString& executable, const QStringList& arguments,
+                                    const CommandCancellation& cancelled = {}) override {
         const std::lock_guard guard(m_mutex);
         m_commands.push_back(QStringList(executable) + arguments);
         const auto result = m_results.find(executable);

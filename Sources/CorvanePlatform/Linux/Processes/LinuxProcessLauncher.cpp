@@ -90,7 +90,8 @@ void spawnAndReap(const SpawnRequest& request, std::promise<std::shared_ptr<Spaw
 
 // Reads until the command has ended or closed the pipe. A background process that it left behind may hold the pipe
 // open for as long as it likes.
-QByteArray readOutput(int pipe, pid_t process) {
+QByteArray readOutput(int pipe, pid_t process, const CommandCancellation& cancelled) {
+    constexpr int lookEveryMilliseconds = 50;
     constexpr qsizetype kept = 1'048'576;
     // The header of glibc 2.36 declares pidfd_open() without C linkage, so that it cannot be called from C++.
     const UniqueFd end(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
@@ -99,8 +100,10 @@ QByteArray readOutput(int pipe, pid_t process) {
     std::array<char, 65'536> buffer{};
     bool ended = false;
     while (!ended) {
+        if (cancelled && *cancelled)
+            ::kill(process, SIGKILL); // not yet waited for, so that the number is still its own
         std::array<pollfd, 2> waiting{pollfd{pipe, POLLIN, 0}, pollfd{end.get(), POLLIN, 0}};
-        if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+        if (::poll(waiting.data(), waiting.size(), cancelled ? lookEveryMilliseconds : -1) < 0) {
             if (errno == EINTR)
                 continue;
             break;
@@ -146,7 +149,8 @@ std::shared_ptr<LaunchedProcess> LinuxProcessLauncher::launch(const ProcessReque
     return started.get();
 }
 
-CommandResult LinuxProcessLauncher::run(const QString& executable, const QStringList& arguments) {
+CommandResult LinuxProcessLauncher::run(const QString& executable, const QStringList& arguments,
+                                        const CommandCancellation& cancelled) {
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         throw LaunchError(systemErrorText(errno));
@@ -160,7 +164,7 @@ CommandResult LinuxProcessLauncher::run(const QString& executable, const QString
                                  .standardError = writeEnd.get(),
                                  .session = SpawnSession::inherited});
     writeEnd.reset();
-    const QByteArray output = readOutput(readEnd.get(), process);
+    const QByteArray output = readOutput(readEnd.get(), process, cancelled);
     return {.status = waitForEnd(process), .output = QString::fromUtf8(output)};
 }
 
