@@ -6,6 +6,8 @@
 
 #include <QCryptographicHash>
 
+#include <limits>
+
 namespace corvane {
 
 namespace {
@@ -36,7 +38,12 @@ ExtractedSpeakerEmbedding VoiceExtraction::read() const {
     const auto content = readFile(output);
     if (!content)
         throw SpeakerProfileExtractionError(QStringLiteral("%1 cannot be read").arg(lastPathComponent(output)));
-    return decodeExtractedSpeakerEmbedding(*content);
+    ExtractedSpeakerEmbedding voice = decodeExtractedSpeakerEmbedding(*content);
+    constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max(); // that the store takes
+    if (voice.dimension < 0 || voice.dimension > largest || voice.sampleCount < 0 || voice.sampleCount > largest)
+        throw SpeakerProfileExtractionError(
+            QStringLiteral("%1 holds a count that cannot be").arg(lastPathComponent(output)));
+    return voice;
 }
 
 QString speakerFileName(const QString& prefix, const QString& speaker) {

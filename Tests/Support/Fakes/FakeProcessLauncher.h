@@ -30,16 +30,19 @@ public:
         return process;
     }
 
-    // What `results` says for the executable, whatever the arguments.
+    // What `onCommand` does and says, on the thread of the caller.
     [[nodiscard]] CommandResult run(const QString& executable, const QStringList& arguments,
                                     const CommandCancellation& cancelled = {}) override {
-        const std::lock_guard guard(m_mutex);
-        m_commands.push_back(QStringList(executable) + arguments);
-        const auto result = m_results.find(executable);
-        if (result == m_results.end())
+        {
+            const std::lock_guard guard(m_mutex);
+            m_commands.push_back(QStringList(executable) + arguments);
+        }
+        if (!onCommand)
             throw LaunchError(QStringLiteral("No such file or directory"));
-        return result->second;
+        return onCommand(arguments, cancelled);
     }
+    // Set before the first command.
+    std::function<CommandResult(const QStringList& arguments, const CommandCancellation& cancelled)> onCommand;
 
     // For the test.
     [[nodiscard]] std::vector<ProcessRequest> launched() const {
@@ -52,10 +55,6 @@ public:
     [[nodiscard]] std::vector<QStringList> commands() const {
         const std::lock_guard guard(m_mutex);
         return m_commands;
-    }
-    void setResult(const QString& executable, const CommandResult& result) {
-        const std::lock_guard guard(m_mutex);
-        m_results[executable] = result;
     }
     // Ends the process launched as the given number, counted from 0; a process ends once.
     void endProcess(std::size_t number, std::int32_t status) {
@@ -91,7 +90,6 @@ private:
     mutable std::mutex m_mutex;
     std::vector<std::shared_ptr<Process>> m_processes;
     std::vector<QStringList> m_commands;
-    std::map<QString, CommandResult> m_results;
 };
 
 } // namespace corvane
