@@ -142,15 +142,50 @@ Command renameCommand() {
 
 Command speakerCommand() {
     return {{.name = QStringLiteral("speaker"),
-             .operands = QStringLiteral("MEETING LABEL NAME"),
-             .minimumOperands = 3,
+             .operands = QStringLiteral("MEETING LABEL [NAME]"),
+             .minimumOperands = 2,
              .maximumOperands = 3,
-             .summary = QStringLiteral("give a speaker a name"),
+             .summary = QStringLiteral("give a speaker a name, or link it to a known voice"),
              .description = QStringLiteral("Gives a speaker of a meeting's newest run a name, in result.json and in "
                                            "the transcript files.\nLABEL is the speaker's label as `corvanectl show` "
                                            "has it. An empty NAME takes the name away."),
-             .options = {}},
+             .options = {{QStringLiteral("profile"), QStringLiteral("PROFILE"),
+                          QStringLiteral("link it to this profile, and add the voice to it")},
+                         {QStringLiteral("remove"), {}, QStringLiteral("take the link, its voice and the name away")}}},
             runSpeaker};
+}
+
+Command matchCommand() {
+    return {{.name = QStringLiteral("match"),
+             .operands = QStringLiteral("MEETING"),
+             .minimumOperands = 1,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("compare a meeting's voices with the known ones"),
+             .description = QStringLiteral("Suggests profiles for the speakers that are not linked to one, or shows "
+                                           "what was suggested before.\nNothing is linked by itself: corvanectl "
+                                           "speaker MEETING LABEL --profile PROFILE accepts a suggestion."),
+             .options = {}},
+            runMatch};
+}
+
+Command profilesCommand() {
+    return {{.name = QStringLiteral("profiles"),
+             .operands = QStringLiteral("[ACTION [ARGUMENT...]]"),
+             .minimumOperands = 0,
+             .maximumOperands = 3,
+             .summary = QStringLiteral("list and change the people whose voices are known"),
+             .description = QStringLiteral("list                  the profiles (also without ACTION)\n"
+                                           "create NAME           a new one, without a voice; prints its id\n"
+                                           "rename PROFILE NAME   in every meeting it is linked in, too\n"
+                                           "enable PROFILE        let it be suggested\n"
+                                           "disable PROFILE       keep it, but never suggest it\n"
+                                           "delete PROFILE        forget the voice; names in meetings stay\n"
+                                           "matching [on|off]     whether new transcripts are compared\n"
+                                           "threshold [X]         how alike two voices must be, 0 to 1"),
+             .options = {{QStringLiteral("notes"), QStringLiteral("TEXT"),
+                          QStringLiteral("with create and rename: what to remember of the person")},
+                         {QStringLiteral("yes"), {}, QStringLiteral("with delete: do not ask")}}},
+            runProfiles};
 }
 
 Command deleteCommand() {
@@ -183,8 +218,8 @@ Command statusCommand() {
 const std::vector<Command>& commands() {
     static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
                                             importCommand(),     processCommand(), meetingsCommand(), showCommand(),
-                                            transcriptCommand(), renameCommand(),  speakerCommand(),  deleteCommand(),
-                                            statusCommand()};
+                                            transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
+                                            profilesCommand(),   deleteCommand(),  statusCommand()};
     return table;
 }
 

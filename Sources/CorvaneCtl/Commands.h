@@ -20,8 +20,10 @@ class Session;
 [[nodiscard]] ExitStatus runMeetings(Session& session);   // LibraryCommands.cpp
 [[nodiscard]] ExitStatus runShow(Session& session);       // LibraryCommands.cpp
 [[nodiscard]] ExitStatus runTranscript(Session& session); // TranscriptCommand.cpp
-[[nodiscard]] ExitStatus runRename(Session& session);     // EditCommands.cpp
-[[nodiscard]] ExitStatus runSpeaker(Session& session);    // EditCommands.cpp
+[[nodiscard]] ExitStatus runRename(Session& session);     // RenameCommand.cpp
+[[nodiscard]] ExitStatus runSpeaker(Session& session);    // SpeakerCommands.cpp
+[[nodiscard]] ExitStatus runMatch(Session& session);      // SpeakerCommands.cpp
+[[nodiscard]] ExitStatus runProfiles(Session& session);   // ProfilesCommand.cpp
 [[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
 [[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp
 

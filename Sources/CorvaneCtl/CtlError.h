@@ -10,7 +10,7 @@ enum class ExitStatus : int {
     ok = 0,
     failed = 1,
     usage = 2,
-    noSuchMeeting = 3, // or more than one that fits
+    noSuchMeeting = 3, // or no such profile, or more than one that fits
 };
 
 // What a program that a signal has ended reports, as a shell puts it.

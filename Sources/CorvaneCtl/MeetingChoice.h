@@ -14,8 +14,7 @@ namespace corvane::ctl {
 // ExitStatus::noSuchMeeting, naming those that fit if there are several.
 [[nodiscard]] const MeetingListItem& chooseMeeting(const std::vector<MeetingListItem>& meetings, const QString& words);
 
-// The beginnings of the ids, in the order given: each fits no other id in any letter case, and is at least eight
-// characters long where the id is. An id with which another one begins stands as a whole.
+// As shortIDs() of Choice.h.
 [[nodiscard]] std::vector<QString> shortIDs(const std::vector<MeetingListItem>& meetings);
 
 } // namespace corvane::ctl

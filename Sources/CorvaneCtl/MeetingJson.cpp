@@ -40,11 +40,21 @@ QJsonObject settingsJson(const ProcessingSettings& settings) {
     };
 }
 
+namespace {
+
+QJsonValue profileOf(const TranscriptResult& result, const QString& label) {
+    const auto link = result.speakerProfileAssignments.find(label);
+    return link == result.speakerProfileAssignments.end() ? QJsonValue() : QJsonValue(uuidText(link->second.profileID));
+}
+
+} // namespace
+
 QJsonArray speakersJson(const TranscriptResult& result) {
     return encodeArray(result.speakers, [&](const TranscriptSpeaker& speaker) {
         return QJsonObject{
             {QStringLiteral("label"), speaker.speaker},
             {QStringLiteral("name"), textOrNull(speakerName(result, speaker.speaker))},
+            {QStringLiteral("profile"), profileOf(result, speaker.speaker)},
             {QStringLiteral("speechSeconds"), speaker.duration},
         };
     });

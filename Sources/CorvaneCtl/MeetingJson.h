@@ -19,7 +19,8 @@ namespace corvane::ctl {
 // All fields of the list entry; times are ISO 8601 in UTC.
 [[nodiscard]] QJsonObject meetingJson(const MeetingListItem& meeting);
 [[nodiscard]] QJsonObject settingsJson(const ProcessingSettings& settings);
-// An array of {"label", "name", "speechSeconds"}; the name is null where none is given.
+// An array of {"label", "name", "profile", "speechSeconds"}; name and profile, the id of a known person, are null where
+// none is given.
 [[nodiscard]] QJsonArray speakersJson(const TranscriptResult& result);
 
 // The name of a speaker, or nothing if it has none of more than blanks.

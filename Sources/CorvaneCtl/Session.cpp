@@ -31,7 +31,9 @@ QByteArray safeJson(const QByteArray& json) {
 } // namespace
 
 Session::Session(CommandLine line, AppServices services, Terminal& terminal)
-    : m_line(std::move(line)), m_services(std::move(services)), m_terminal(terminal), m_paths(pathsOf(m_line)) {}
+    : m_line(std::move(line)), m_services(std::move(services)), m_terminal(terminal), m_paths(pathsOf(m_line)) {
+    m_services.voiceMatching = VoiceMatching::never;
+}
 
 Session::~Session() = default;
 

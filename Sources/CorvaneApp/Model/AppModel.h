@@ -94,6 +94,9 @@ public:
     bool removeSpeakerProfileAssignment(const QString& speaker);
     // Does nothing if the suggested person is no longer known.
     QFuture<bool> acceptSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion);
+    // Compares the voices of the shown run now where that has not been done. False, with the reason in the status line,
+    // if it was not begun; isMatchingSpeakerProfiles tells when it is through.
+    bool matchShownSpeakers();
     void rejectSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion);
 
     // Known people (AppModelProfiles.cpp). False if nothing was changed, with the reason in the status line.
@@ -183,7 +186,7 @@ private:
     [[nodiscard]] bool hasVoiceOf(const QString& speaker, const SpeakerProfile& profile, const QString& runID);
     bool finishVoiceObservation(const VoiceUpdate& update, const CommandResult& result);
     void storeVoice(const VoiceUpdate& update, const CommandResult& result);
-    void startSpeakerProfileMatchingIfNeeded(const TranscriptResult& result,
+    bool startSpeakerProfileMatchingIfNeeded(const TranscriptResult& result,
                                              const std::optional<QString>& runDirectory);
     void matchNextSpeaker(const std::shared_ptr<MatchingTask>& task);
     void finishMatching(const MatchingTask& task);

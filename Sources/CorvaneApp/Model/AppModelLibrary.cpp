@@ -112,7 +112,8 @@ void AppModel::refreshRun() {
         // A name that is still being typed is newer than the file, and its save brings the next refresh.
         if (!m_speakerReview.isSaveDue())
             m_speakerReview.load(*result);
-        startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), run);
+        if (m_services.voiceMatching == VoiceMatching::whenShown)
+            startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), run);
     }
     if (m_jobs.jobState())
         say(withCapitalWords(m_jobs.jobState()->status));

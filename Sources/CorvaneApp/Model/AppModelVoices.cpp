@@ -159,18 +159,30 @@ void AppModel::storeVoice(const VoiceUpdate& update, const CommandResult& result
     store.addSpeakerProfileObservation(observationOf(extracted, update.profile.id, update.meetingID, update.speaker));
 }
 
-void AppModel::startSpeakerProfileMatchingIfNeeded(const TranscriptResult& result,
+bool AppModel::matchShownSpeakers() {
+    if (!findWorker()) {
+        say(QStringLiteral("corvane-worker not found"));
+        return false;
+    }
+    const auto& result = m_detail.transcriptResult();
+    if (!result || !startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), m_detail.lastRunDirectory())) {
+        say(QStringLiteral("No speaker profile suggestions"));
+        return false;
+    }
+    return true;
+}
+
+bool AppModel::startSpeakerProfileMatchingIfNeeded(const TranscriptResult& result,
                                                    const std::optional<QString>& runDirectory) {
-    if (!runDirectory || m_services.voiceMatching == VoiceMatching::never ||
-        !m_voiceProfiles.voiceProfileMatchingEnabled() || m_speakerReview.isMatchingSpeakerProfiles())
-        return;
+    if (!runDirectory || !m_voiceProfiles.voiceProfileMatchingEnabled() || m_speakerReview.isMatchingSpeakerProfiles())
+        return false;
     const auto task = std::make_shared<MatchingTask>();
     task->runDirectory = *runDirectory;
     if (m_matchedRunIDs.contains(task->runID()) || !isWorthMatching(result, m_voiceProfiles.speakerProfiles()))
-        return;
+        return false;
     const auto worker = findWorker();
     if (!worker)
-        return; // tried again at the next refresh
+        return false; // tried again at the next refresh
     task->worker = *worker;
     task->matches = result.speakerProfileMatches;
     for (const TranscriptSpeaker& speaker : result.speakers) {
@@ -181,6 +193,7 @@ void AppModel::startSpeakerProfileMatchingIfNeeded(const TranscriptResult& resul
     m_speakerReview.setSpeakerProfileMatchRunID(task->runID());
     say(QStringLiteral("Matching speaker profiles"));
     matchNextSpeaker(task);
+    return true;
 }
 
 // One after the other: each of them keeps a processor busy.

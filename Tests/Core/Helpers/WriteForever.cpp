@@ -20,7 +20,9 @@ public:
     [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const ProcessRequest&, TerminationHandler) override {
         return nullptr;
     }
-    [[nodiscard]] CommandResult run(const QString&, const QStringList&) override { return {}; }
+    [[nodiscard]] CommandResult run(const QString&, const QStringList&, const CommandCancellation&) override {
+        return {};
+    }
 };
 
 } // namespace
