@@ -124,6 +124,11 @@ std::size_t SndfileReader::readFloat(std::span<float> samples) {
                       m_format.channels);
 }
 
+void SndfileReader::seek(std::int64_t frame) {
+    if (sf_seek(m_file.get(), frame, SEEK_SET) != frame)
+        fail(m_name, QString::fromUtf8(sf_strerror(m_file.get())));
+}
+
 std::size_t SndfileReader::framesRead(std::int64_t count, std::int64_t perFrame) const {
     if (count < 0 || sf_error(m_file.get()) != SF_ERR_NO_ERROR)
         fail(m_name, QString::fromUtf8(sf_strerror(m_file.get())));

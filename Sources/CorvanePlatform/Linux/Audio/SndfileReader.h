@@ -19,6 +19,7 @@ public:
     [[nodiscard]] std::int64_t frameCount() const override { return m_frameCount; }
     [[nodiscard]] std::size_t readRaw(std::span<std::byte> bytes) override;
     [[nodiscard]] std::size_t readFloat(std::span<float> samples) override;
+    void seek(std::int64_t frame) override;
 
 private:
     struct Close {
