@@ -37,7 +37,7 @@ public:
           m_block(blockFrames) {}
 
     [[nodiscard]] double seconds() const { return std::max(durationSeconds(*m_first), durationSeconds(*m_second)); }
-    [[nodiscard]] bool seekExactly() const { return m_firstStream.seeksExactly() && m_secondStream.seeksExactly(); }
+    [[nodiscard]] bool seekAnywhere() const { return m_firstStream.seeksAnywhere() && m_secondStream.seeksAnywhere(); }
 
     void render(std::size_t start, std::span<float> mixed) {
         m_firstStream.seek(static_cast<std::int64_t>(start));
@@ -68,7 +68,7 @@ private:
 
 // As many as there are processors, but one where a stretch must be rendered behind the one before it.
 std::size_t rendererCount(const Sources& sources, std::size_t total) {
-    if (!sources.seekExactly() || total <= stretchFrames)
+    if (!sources.seekAnywhere() || total <= stretchFrames)
         return 1;
     return std::clamp(std::thread::hardware_concurrency(), 1U, mostRenderers);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
+#include <utility>
 
 namespace corvane {
 
@@ -74,9 +75,9 @@ MonoStream::MonoStream(AudioFiles& files, AudioFileReader& reader, int sampleRat
 }
 
 void MonoStream::seek(std::int64_t position) {
-    if (position == m_position)
+    // A resampler starts anew also where it has come to of itself, so that the samples do not tell where that was.
+    if (position == std::exchange(m_position, position) && (!m_resampler || !seeksAnywhere()))
         return;
-    m_position = position;
     if (!m_resampler) {
         m_reader.seek(std::min(position, m_reader.frameCount()));
         return;

@@ -18,11 +18,13 @@ public:
     // Fills as much as there is; fewer samples than asked for mean the end. Throws AudioFileError.
     [[nodiscard]] std::size_t read(std::span<float> samples);
 
-    // Whether seek() gives the samples that reading from the beginning would give. With rates that have no short common
-    // period the resampler rounds its clock, and a sample depends a little on where reading began.
-    [[nodiscard]] bool seeksExactly() const { return m_period.output <= longestPeriod; }
-    // The sample that the next read begins with, at the wanted rate; behind the end there is nothing to read. Where
-    // reading has come to of itself, counting what was asked for, nothing is done. Throws AudioFileError.
+    // Whether seek() may jump. With rates that have no short common period the resampler rounds its clock, and a sample
+    // depends a little on where reading began.
+    [[nodiscard]] bool seeksAnywhere() const { return m_period.output <= longestPeriod; }
+    // The sample that the next read begins with, at the wanted rate; behind the end there is nothing to read. The
+    // samples are those of reading from the beginning, but for the rounding of the resampler at -130 dB, and always the
+    // same for one position. Where it may not jump, only to where reading has come to, counting what was asked for.
+    // Throws AudioFileError.
     void seek(std::int64_t position);
 
 private:
