@@ -46,8 +46,8 @@ public:
     virtual void seek(std::int64_t frame) = 0;
 };
 
-// Changes the sample rate of one channel as a stream, at a quality whose error is inaudible. The first sample that comes
-// out stands at the moment of the first that went in.
+// Changes the sample rate of one channel as a stream, at a quality whose error is inaudible. The first sample that
+// comes out stands at the moment of the first that went in.
 class AudioResampler {
 public:
     virtual ~AudioResampler() = default;
