@@ -22,8 +22,8 @@ public:
     // depends a little on where reading began.
     [[nodiscard]] bool seeksAnywhere() const { return m_period.output <= longestPeriod; }
     // The sample that the next read begins with, at the wanted rate; behind the end there is nothing to read. The
-    // samples are those of reading from the beginning, but for the rounding of the resampler at -130 dB, and always the
-    // same for one position. Where it may not jump, only to where reading has come to, counting what was asked for.
+    // samples are those of reading from the beginning, but for the rounding of the resampler near -130 dB, and always
+    // the same for one position. Where it may not jump, only to where reading has come to, counting what was asked for.
     // Throws AudioFileError.
     void seek(std::int64_t position);
 

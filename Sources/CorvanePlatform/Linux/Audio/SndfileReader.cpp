@@ -126,7 +126,7 @@ std::size_t SndfileReader::readFloat(std::span<float> samples) {
                       m_format.channels);
 }
 
-// The same values as sf_read_float gives, at a third of its cost: it reads 8 KiB at a time.
+// The same values as sf_read_float gives, which reads and converts no more than 8 KiB at a time.
 std::size_t SndfileReader::readIntegers(std::span<float> samples) {
     constexpr float scale = 1.0F / 32'768.0F;
     constexpr std::size_t mostSamples = 32 * 1024;
