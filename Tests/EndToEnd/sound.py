@@ -89,7 +89,7 @@ class SoundTest(support.EndToEndTest):
             self.audio_server.stdin.flush()
             self.assertEqual(self.audio_server.stdout.readline().strip(), "ok", line)
 
-    def play(self, sink, hertz, seconds=120):
+    def play(self, sink, hertz, seconds=600):
         """A tone of half the full scale."""
         path = self.home / f"{hertz}.wav"
         with wave.open(str(path), "wb") as file:
