@@ -284,8 +284,7 @@ TEST_F(RecorderTest, TheMonitorKnowsLevelSilenceAndEvents) {
     EXPECT_THAT(back.deviceChanges, ElementsAre(u"lost", u"back: Desk"));
     monitor.event({.kind = AudioInputEvent::Kind::deviceChanged, .device = QStringLiteral("Desk"), .gapSeconds = 0.1});
     const TrackHealth elsewhere = monitor.read();
-    EXPECT_EQ(captureWarning(captureTracks::microphone, back, elsewhere),
-              u"Recording: the microphone changed to Desk");
+    EXPECT_EQ(captureWarning(captureTracks::microphone, back, elsewhere), u"Recording: the microphone changed to Desk");
     monitor.event({.kind = AudioInputEvent::Kind::gap, .device = QStringLiteral("Desk"), .gapSeconds = 3});
     EXPECT_EQ(captureWarning(captureTracks::microphone, elsewhere, monitor.read()),
               u"Recording: the sound server did not deliver the microphone for 3.0 seconds");

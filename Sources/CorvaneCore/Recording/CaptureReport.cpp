@@ -6,7 +6,6 @@
 
 #include <QFile>
 
-
 namespace corvane {
 
 namespace {
