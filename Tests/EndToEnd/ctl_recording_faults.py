@@ -25,13 +25,18 @@ MOST_LOST = 1.0  # seconds that may be missing from the end
 
 
 class Killed(sound.SoundTest):
-    """Each kill meets another moment. What is lost is counted from before the program starts: an upper bound."""
+    """Each kill meets another moment. What is lost is counted from before capture starts: an upper bound."""
 
     def setUp(self):
         super().setUp()
         self.serve()
         self.environment["CHUNK_SECONDS"] = "0.2"
         self.random = random.Random(20260302)
+
+    def begun(self, meeting):
+        """When capture was about to start, on the monotonic clock."""
+        reference = 978307200  # 2001-01-01, from which the draft counts
+        return time.monotonic() - (time.time() - reference - self.draft(meeting)["started_at"])
 
     def sound_before(self, meeting, seconds):
         """Puts sound in front of what is recorded, as of an earlier time, so that finishing takes a while."""
@@ -66,16 +71,15 @@ class Killed(sound.SoundTest):
         self.assertGreater(max(samples[-rate // 10:]), 0.2, "no sound at the end, " + what)
 
     def kill_while_recording(self):
-        begun = time.monotonic()
-        process, meeting, _ = self.start_recording(program=SHORT_CHUNKS)
-        self.after(time.monotonic(), self.random.uniform(0, 1.5))
+        process, meeting, told = self.start_recording(program=SHORT_CHUNKS)
+        self.after(told, self.random.uniform(0, 1.5))
         process.kill()
-        self.check(meeting, time.monotonic() - begun, "killed while recording")
+        recorded = time.monotonic() - self.begun(meeting)
         process.wait()
+        self.check(meeting, recorded, "killed while recording")
 
     def kill_while_pausing(self):
         leader, follower = pty.openpty()
-        since = time.monotonic()
         process = subprocess.Popen([SHORT_CHUNKS, "record"], stdin=follower, stdout=follower, stderr=follower,
                                    start_new_session=True,
                                    preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0),
@@ -89,6 +93,7 @@ class Killed(sound.SoundTest):
             return words in shown
         self.wait_for(lambda: shows(b"microphone"), "the meter")
         meeting = next(iter(os.listdir(self.root / "meetings")))
+        since = self.begun(meeting)
         recorded = 0.0
         for press in range(self.random.randrange(1, 8)):
             self.after(time.monotonic(), self.random.uniform(0, 0.3))
@@ -112,12 +117,11 @@ class Killed(sound.SoundTest):
         self.check(meeting, recorded, "killed while pausing")
 
     def kill_while_finishing(self):
-        begun = time.monotonic()
-        process, meeting, _ = self.start_recording("--no-process", program=SHORT_CHUNKS)
-        self.after(begun, 0.5)
+        process, meeting, told = self.start_recording("--no-process", program=SHORT_CHUNKS)
+        self.after(told, 0.5)
         self.sound_before(meeting, 200)
         process.send_signal(signal.SIGTERM)
-        recorded = time.monotonic() - begun
+        recorded = time.monotonic() - self.begun(meeting)
         self.after(time.monotonic(), self.random.uniform(0, 0.4))
         process.kill()
         process.wait()
