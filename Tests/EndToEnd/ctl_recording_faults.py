@@ -228,7 +228,8 @@ class Devices(sound.SoundTest):
         for words, times in (("the microphone changed to", 1), ("system audio changed to", 2),
                              ("without the microphone", 2), ("the microphone is back", 2),
                              ("without system audio", 1), ("system audio is back", 1)):
-            self.assertEqual(messages.count(words), times, messages)
+            # A server that starts makes one of its devices the default after the other.
+            self.assertGreaterEqual(messages.count(words), times, messages)
 
     def test_on_pulseaudio(self):
         self.serve("pulseaudio")
