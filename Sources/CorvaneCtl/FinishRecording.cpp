@@ -50,7 +50,10 @@ QString join(Session& session, const QString& meetingID) {
     });
     terminal.clearProgress();
     if (!file)
-        throw CtlError(model.status().statusMessage());
+        throw CtlError(
+            QStringLiteral("%1\nWhat was recorded is kept in %2. Once the cause is mended, or a chunk that cannot be "
+                           "read is moved away, corvanectl recover %3 finishes it.")
+                .arg(model.status().statusMessage(), model.paths().meeting(meetingID), meetingID));
     return *file;
 }
 

@@ -284,7 +284,7 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
     writeFileAtomically(garbage, "garbage");
     const auto refused = stop(model);
     EXPECT_FALSE(refused);
-    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: 000009.wav: ")));
+    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: chunks/000009.wav: ")));
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording) << "still shows";
     EXPECT_EQ(current(model), id);
     const QStringList calls = fixture.audioInputs->microphoneDevice->calls;
@@ -327,7 +327,8 @@ TEST_F(RecordingTest, TheClockCountsPausesAndASilentMicrophoneIsReported) {
     EXPECT_TRUE(until([&] { return status(model) == u"Recording"; }));
     fixture.waveFiles->room = 0;
     speak(1);
-    EXPECT_TRUE(until([&] { return status(model).startsWith(QStringLiteral("Recording is losing sound: ")); }));
+    EXPECT_TRUE(until(
+        [&] { return status(model).startsWith(QStringLiteral("Recording is losing the sound of the microphone: ")); }));
 }
 
 TEST_F(RecordingTest, PlaybackIsClampedToTheFileAndEndsByItself) {

@@ -15,8 +15,6 @@ namespace corvane {
 
 namespace {
 
-constexpr double chunkDurationSeconds = 90.0;
-
 const QString chunksName = QStringLiteral("/chunks");
 const QString systemChunksName = QStringLiteral("/system-chunks");
 
@@ -81,9 +79,9 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
 
 std::unique_ptr<ChunkedMicrophoneRecorder>
 AppModel::makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID) {
-    auto recorder = std::make_unique<ChunkedMicrophoneRecorder>(chunksDirectory, nextIndex, chunkDurationSeconds,
-                                                                m_services.audioInputs->microphone(),
-                                                                m_services.waveFiles, m_services.clock);
+    auto recorder = std::make_unique<ChunkedMicrophoneRecorder>(
+        chunksDirectory, nextIndex, m_services.chunkDurationSeconds, m_services.audioInputs->microphone(),
+        m_services.waveFiles, m_services.clock);
     recorder->onChunkClosed = [model = QPointer(this), meetingID](const AudioChunk& chunk) {
         // In a task of its own: entering a chunk must not hold up the recorder that closes it.
         QMetaObject::invokeMethod(
@@ -102,9 +100,9 @@ std::optional<QString> AppModel::startSystemAudio(const QString& systemChunksDir
     if (m_systemAudioCaptureMode == SystemAudioCaptureMode::off)
         return std::nullopt;
     try {
-        auto recorder = std::make_unique<ChunkedSystemAudioRecorder>(systemChunksDirectory, 0, chunkDurationSeconds,
-                                                                     m_services.audioInputs->systemAudio(),
-                                                                     m_services.waveFiles, m_services.clock);
+        auto recorder = std::make_unique<ChunkedSystemAudioRecorder>(
+            systemChunksDirectory, 0, m_services.chunkDurationSeconds, m_services.audioInputs->systemAudio(),
+            m_services.waveFiles, m_services.clock);
         recorder->start();
         m_recording.setSystemAudioRecorder(std::move(recorder));
         return std::nullopt;

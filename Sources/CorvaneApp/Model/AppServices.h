@@ -34,6 +34,9 @@ struct AppServices {
     ProcessEnvironment environment;
     QString currentDirectory;
     std::optional<QString> bundleResourceDirectory;
+
+    // New and resumed recordings alike. A crash costs a part of the open chunk at most.
+    double chunkDurationSeconds = 90.0;
 };
 
 } // namespace corvane

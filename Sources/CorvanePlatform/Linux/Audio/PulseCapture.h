@@ -59,6 +59,7 @@ private:
     void endure(Clock::time_point now);
     void closeHole(Clock::time_point now);
     void drain(Clock::time_point now);
+    [[nodiscard]] bool isSurplusSilence(const void* frames, std::int64_t count, std::int64_t missing) const;
     void finish(Clock::time_point now);
     void fill(std::int64_t frames);
     void deliverSilence(std::int64_t frames);

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/SndfileReader.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -34,6 +35,11 @@ UniqueFd openRegularFile(const QString& path, const QString& name) {
     if (status.st_size == 0)
         fail(name, QStringLiteral("The file is empty"));
     return file;
+}
+
+// With the directory: chunks of both sources have the same names.
+QString nameIn(const QFileInfo& file) {
+    return file.dir().dirName() + QLatin1Char('/') + file.fileName();
 }
 
 std::optional<AudioFormat::Sample> sampleOf(int format) {
@@ -83,7 +89,7 @@ std::optional<std::int64_t> startOfUnfinishedSamples(int fd) {
 } // namespace
 
 SndfileReader::SndfileReader(const QString& path)
-    : m_name(QFileInfo(path).fileName()), m_descriptor(openRegularFile(path, m_name)) {
+    : m_name(nameIn(QFileInfo(path))), m_descriptor(openRegularFile(path, m_name)) {
     SF_INFO info{};
     m_file.reset(sf_open_fd(m_descriptor.get(), SFM_READ, &info, SF_FALSE));
     if (!m_file || !isWave(info.format))
