@@ -65,7 +65,7 @@ protected:
         const auto player = FFmpegAudioPlayers().open(path);
         player->setCurrentTime(seconds);
         EXPECT_EQ(player->currentTimeSeconds(), seconds);
-        player->play();
+        player->play({});
         EXPECT_TRUE(waitFor([&] { return player->currentTimeSeconds() > player->durationSeconds() - 0.06; }));
         EXPECT_TRUE(tape.waitForMore(0.3));
         EXPECT_NEAR(player->currentTimeSeconds(), length, 0.06) << "it stays at the end";
@@ -143,7 +143,7 @@ TEST_F(AudioPlayerTest, SeeksWhilePlayingAndOutlivesTheServer) {
     PrivateAudioServer server(PrivateAudioServer::Kind::pulseAudio);
     const auto player = FFmpegAudioPlayers().open(make("a.wav"));
     EXPECT_DOUBLE_EQ(player->durationSeconds(), length);
-    player->play();
+    player->play({});
     EXPECT_TRUE(waitFor([&] { return player->currentTimeSeconds() > 0.3; }));
     QElapsedTimer rest;
     rest.start();
@@ -153,7 +153,7 @@ TEST_F(AudioPlayerTest, SeeksWhilePlayingAndOutlivesTheServer) {
     EXPECT_NEAR(static_cast<double>(rest.elapsed()) / 1000, 1, 0.5);
 
     player->setCurrentTime(0.5);
-    player->play();
+    player->play({});
     EXPECT_TRUE(waitFor([&] { return player->currentTimeSeconds() > 0.6; }));
     server.kill();
     player->stop();
@@ -161,7 +161,7 @@ TEST_F(AudioPlayerTest, SeeksWhilePlayingAndOutlivesTheServer) {
     EXPECT_GE(stopped, 0.6);
     EXPECT_LT(stopped, length);
     try {
-        player->play();
+        player->play({});
         ADD_FAILURE() << "played without a server";
     } catch (const AudioPlayerError& error) {
         EXPECT_EQ(error.text(), u"There is no sound server.");
@@ -169,6 +169,6 @@ TEST_F(AudioPlayerTest, SeeksWhilePlayingAndOutlivesTheServer) {
     player->setCurrentTime(2);
     EXPECT_EQ(player->currentTimeSeconds(), 2);
     server.start();
-    player->play();
+    player->play({});
     EXPECT_TRUE(waitFor([&] { return player->currentTimeSeconds() >= length; }));
 }

@@ -164,8 +164,7 @@ void AppModel::resumeRecording() {
         }
         const bool isPaused = m_recording.recordingState().kind == RecordingState::Kind::paused;
         const QString chunk = isPaused ? microphone->resume() : microphone->start();
-        if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
-            system->resume();
+        resumeSystemAudio(*microphone);
         m_recording.setCurrentRecordingMeetingID(meetingID);
         m_recording.setRecordingState(RecordingState::recording(chunk));
         MeetingDraftMetadata draft = draftOrFallback(*meetingID);
@@ -183,6 +182,19 @@ void AppModel::resumeRecording() {
             m_recording.setChunkedRecorder(nullptr);
         letGoOfOtherRecordings();
         say(QStringLiteral("Failed to resume recording: ") + error.text());
+    }
+}
+
+// If it fails the microphone is held again: a recording that shows as paused must not listen, and must be able to go on.
+void AppModel::resumeSystemAudio(ChunkedMicrophoneRecorder& microphone) {
+    ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder();
+    if (!system)
+        return;
+    try {
+        system->resume();
+    } catch (const Error&) {
+        microphone.pause();
+        throw;
     }
 }
 
@@ -208,7 +220,9 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         auto draft = readDraft(*meetingID);
         if (!draft)
             throw RecorderError();
-        draft = withItsChunks(*draft, *meetingID);
+        draft = withItsChunks(*draft, m_recording.currentRecordingMeetingID()
+                                  ? std::optional(m_paths.meeting(*meetingID) + chunksName)
+                                  : forgottenChunksDirectory(*draft, m_paths.meeting(*meetingID), *m_services.files));
         plan = {.meetingID = *meetingID,
                 .chunks = draft->chunks,
                 .systemChunks = systemChunkURLs(*draft, *m_services.files),
@@ -301,7 +315,8 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     if (failure.isEmpty()) {
         try {
             // Read anew: the title may have changed while the work ran.
-            MeetingDraftMetadata draft = withItsChunks(draftOrFallback(meetingID), meetingID);
+            MeetingDraftMetadata draft =
+                withItsChunks(draftOrFallback(meetingID), m_paths.meeting(meetingID) + chunksName);
             draft.audioPath = file;
             draft.recordingStatus = recordingStatus::recorded;
             writeMeetingDraft(draft, meetingID);
@@ -337,9 +352,10 @@ std::optional<QString> AppModel::meetingToRecord() const {
 }
 
 // Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
-MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const {
-    if (!draft.chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
-        draft.chunksDirectory = m_paths.meeting(meetingID) + chunksName;
+MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft,
+                                             const std::optional<QString>& ownChunksDirectory) const {
+    if (!draft.chunksDirectory && ownChunksDirectory && QFileInfo(*ownChunksDirectory).isDir())
+        draft.chunksDirectory = ownChunksDirectory;
     draft.chunks = chunkURLs(draft, *m_services.files);
     return draft;
 }
