@@ -17,6 +17,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <mutex>
 #include <optional>
 
 using namespace corvane;
@@ -151,6 +152,21 @@ TEST_F(AudioPlayerTest, SeeksWhilePlayingAndOutlivesTheServer) {
     EXPECT_NEAR(player->currentTimeSeconds(), 1.5, 0.1);
     EXPECT_TRUE(waitFor([&] { return player->currentTimeSeconds() >= length; }));
     EXPECT_NEAR(static_cast<double>(rest.elapsed()) / 1000, 1, 0.5);
+
+    server.stall();
+    QString failure;
+    std::mutex mutex;
+    rest.start();
+    player->play([&](const QString& reason) {
+        const std::lock_guard lock(mutex);
+        failure = reason;
+    });
+    EXPECT_LT(rest.elapsed(), 1000) << "a server that hangs does not hold up its caller";
+    EXPECT_TRUE(waitFor([&] {
+        const std::lock_guard lock(mutex);
+        return failure == u"The sound server does not answer.";
+    }));
+    server.proceed();
 
     player->setCurrentTime(0.5);
     player->play({});

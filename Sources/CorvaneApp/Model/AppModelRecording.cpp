@@ -249,8 +249,9 @@ QFuture<std::optional<QString>> AppModel::finalizeInBackground(const Finalizatio
             return;
         told = fraction;
         QMetaObject::invokeMethod(QCoreApplication::instance(), [part, fraction] {
-            if (part && part->finishingProgress())
-                part->setFinishingProgress(fraction);
+            RecordingPart* recording = part.data();
+            if (recording && recording->finishingProgress())
+                recording->setFinishingProgress(fraction);
         });
     };
     return QtConcurrent::run([files = m_services.waveFiles, plan, report]() -> Outcome {
