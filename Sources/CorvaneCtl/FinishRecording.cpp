@@ -111,8 +111,7 @@ bool isLive(Session& session, const MeetingListItem& meeting) {
 
 bool hasSound(Session& session, const MeetingListItem& meeting) {
     const auto draft = readMeetingDraft(session.model().paths().meeting(meeting.id));
-    return draft &&
-           (hasForgottenChunks(session, meeting) || !chunkURLs(*draft, *session.services().files).empty());
+    return draft && (hasForgottenChunks(session, meeting) || !chunkURLs(*draft, *session.services().files).empty());
 }
 
 UnfinishedRecordings unfinishedRecordings(Session& session) {

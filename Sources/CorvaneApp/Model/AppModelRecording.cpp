@@ -185,7 +185,8 @@ void AppModel::resumeRecording() {
     }
 }
 
-// If it fails the microphone is held again: a recording that shows as paused must not listen, and must be able to go on.
+// If it fails the microphone is held again: a recording that shows as paused must not listen, and must be able to go
+// on.
 void AppModel::resumeSystemAudio(ChunkedMicrophoneRecorder& microphone) {
     ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder();
     if (!system)
@@ -220,7 +221,8 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         auto draft = readDraft(*meetingID);
         if (!draft)
             throw RecorderError();
-        draft = withItsChunks(*draft, m_recording.currentRecordingMeetingID()
+        draft = withItsChunks(*draft,
+                              m_recording.currentRecordingMeetingID()
                                   ? std::optional(m_paths.meeting(*meetingID) + chunksName)
                                   : forgottenChunksDirectory(*draft, m_paths.meeting(*meetingID), *m_services.files));
         plan = {.meetingID = *meetingID,

@@ -24,7 +24,8 @@ public:
     [[nodiscard]] virtual double currentTimeSeconds() const = 0;
     // Clamped to the file by the caller. Takes effect at once, also while playing.
     virtual void setCurrentTime(double seconds) = 0;
-    // Why nothing more is heard of a file that has not ended. On a thread of the player's own; must not call the player.
+    // Why nothing more is heard of a file that has not ended. On a thread of the player's own; must not call the
+    // player.
     using FailureHandler = std::function<void(const QString& reason)>;
     // Plays to the end and stays there. Returns within a tenth of a second: throws AudioPlayerError if it is known by
     // then that no sound server takes the sound; the handler learns of what fails later, or of this.

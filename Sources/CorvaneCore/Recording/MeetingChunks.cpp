@@ -55,8 +55,7 @@ std::vector<QString> systemChunkURLs(const MeetingDraftMetadata& draft, const Fi
 std::optional<QString> forgottenChunksDirectory(const MeetingDraftMetadata& draft, const QString& meetingDirectory,
                                                 const FileTree& files) {
     const QString directory = meetingDirectory + QStringLiteral("/chunks");
-    const bool isFinished =
-        !draft.audioPath.isEmpty() && files.stamp(draft.audioPath).kind != FileStamp::Kind::missing;
+    const bool isFinished = !draft.audioPath.isEmpty() && files.stamp(draft.audioPath).kind != FileStamp::Kind::missing;
     if (draft.chunksDirectory || isFinished || wavFilesIn(directory, files).empty())
         return std::nullopt;
     return directory;

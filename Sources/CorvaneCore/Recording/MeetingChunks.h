@@ -18,8 +18,9 @@ namespace corvane {
 // What lies in the sibling `system-chunks`, by name. No document keeps a list of these.
 [[nodiscard]] std::vector<QString> systemChunkURLs(const MeetingDraftMetadata& draft, const FileTree& files);
 
-// A meeting that was renamed while it was recorded, or while it waited for recovery, has a draft that names no directory
-// of chunks. If its process died before there was a finished file, this is the directory, with at least one chunk in it.
+// A meeting that was renamed while it was recorded, or while it waited for recovery, has a draft that names no
+// directory of chunks. If its process died before there was a finished file, this is the directory, with at least one
+// chunk in it.
 [[nodiscard]] std::optional<QString> forgottenChunksDirectory(const MeetingDraftMetadata& draft,
                                                               const QString& meetingDirectory, const FileTree& files);
 

@@ -15,7 +15,7 @@ public:
     std::optional<QString> openError;
     std::optional<QString> playError;
     AudioPlayer::FailureHandler fail; // of the last one that played
-    QStringList heard; // "play FILE at SECONDS", "end FILE"
+    QStringList heard;                // "play FILE at SECONDS", "end FILE"
 
     [[nodiscard]] std::unique_ptr<AudioPlayer> open(const QString& path) override {
         if (openError)
