@@ -6,9 +6,12 @@
 #include "Support/WavFiles.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Json/JsonReader.h"
+#include "CorvaneCore/Library/MeetingMetadata.h"
 #include "CorvaneCore/Recording/CaptureWarnings.h"
 #include "CorvaneCore/Recording/ChunkedMicrophoneRecorder.h"
 #include "CorvaneCore/Recording/ChunkedSystemAudioRecorder.h"
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -246,6 +249,27 @@ TEST_F(RecorderTest, SystemAudioKeepsCapturingWhilePausedAndMayStartAgain) {
     EXPECT_THAT(system.chunkURLs(), ElementsAre(chunk("000000.wav"), chunk("000001.wav"), chunk("000003.wav")));
     device->startError = QStringLiteral("no sound server");
     EXPECT_EQ(errorOf([&] { system.start(); }), u"no sound server");
+    device->startError.reset();
+    device->format.channels = 0;
+    EXPECT_EQ(errorOf([&] { system.start(); }), u"System audio format is unavailable.");
+
+    FakeAudioInputs inputs;
+    ChunkedSystemAudioRecorder::primePermission(inputs);
+    EXPECT_EQ(inputs.systemDevice->calls.join(u' '), u"start stop");
+}
+
+TEST(SystemAudioCapture, HasItsWordsAndAChunkItsForm) {
+    EXPECT_EQ(SystemAudioCaptureError::coreAudioStatus(QStringLiteral("AudioDeviceStart"), -50).text(),
+              u"AudioDeviceStart failed with Core Audio status -50.");
+    EXPECT_EQ(systemAudioCaptureMode(QStringLiteral("coreAudio")), SystemAudioCaptureMode::coreAudio);
+    EXPECT_EQ(systemAudioCaptureMode(QStringLiteral("off")), SystemAudioCaptureMode::off);
+    EXPECT_FALSE(systemAudioCaptureMode(QStringLiteral("Off")));
+
+    const AudioChunk chunk{3, QStringLiteral("/a b/000003.wav"), fromReferenceSeconds(0.5), fromReferenceSeconds(90)};
+    const QByteArray json = R"({"index":3,"url":"file:///a%20b/000003.wav","startedAt":0.5,"endedAt":90})";
+    EXPECT_EQ(encodeAudioChunk(chunk), json);
+    EXPECT_EQ(decodeAudioChunk(json), chunk);
+    EXPECT_THROW((void)decodeAudioChunk(R"({"index":3,"url":"file:///a","startedAt":0.5})"), JsonError);
 }
 
 TEST_F(RecorderTest, TheMonitorKnowsLevelSilenceAndEvents) {

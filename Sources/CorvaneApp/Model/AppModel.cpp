@@ -17,6 +17,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_playback(m_services.audioPlayers),
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
+    connect(&m_playback, &PlaybackPart::playbackFailed, this,
+            [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
     try {
         m_paths.createDirectories();
     } catch (const FileError&) {

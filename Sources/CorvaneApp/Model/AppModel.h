@@ -15,6 +15,7 @@
 #include "CorvaneCore/Library/AppPaths.h"
 #include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/RecordingLock.h"
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
 
 #include <QFuture>
 #include <QObject>
@@ -86,6 +87,7 @@ public:
     // session still shows, every chunk stays, and stopping can be tried again.
     QFuture<std::optional<QString>> stopRecording(AfterStop afterStop = AfterStop::process);
     // Whether a recording also captures what the computer plays.
+    [[nodiscard]] SystemAudioCaptureMode systemAudioCaptureMode() const { return m_systemAudioCaptureMode; }
     void setSystemAudioCaptureMode(SystemAudioCaptureMode mode) { m_systemAudioCaptureMode = mode; }
 
     // Playback (AppModelPlayback.cpp)
@@ -114,10 +116,12 @@ private:
     [[nodiscard]] std::unique_ptr<ChunkedMicrophoneRecorder>
     makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID);
     [[nodiscard]] std::optional<QString> startSystemAudio(const QString& systemChunksDirectory);
+    void resumeSystemAudio(ChunkedMicrophoneRecorder& microphone);
     void prepareChunkedRecorderForExistingMeeting(const QString& meetingID);
     void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
     [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
-    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const;
+    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft,
+                                                     const std::optional<QString>& ownChunksDirectory) const;
     [[nodiscard]] std::optional<QString> meetingToRecord() const;
     void lockRecording(const QString& meetingID);
     void letGoOfOtherRecordings();
@@ -144,7 +148,7 @@ private:
     SpeakerReviewPart m_speakerReview;
     std::optional<RecordingLock> m_recordingLock;
     QTimer m_pollTimer;
-    SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
+    SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureSettings::defaultMode;
     // Shared with the copying threads; cancelling sets it and puts a new one in its place.
     std::shared_ptr<std::atomic<bool>> m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
 };

@@ -162,8 +162,7 @@ void AppModel::resumeRecording() {
         }
         const bool isPaused = m_recording.recordingState().kind == RecordingState::Kind::paused;
         const QString chunk = isPaused ? microphone->resume() : microphone->start();
-        if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
-            system->resume();
+        resumeSystemAudio(*microphone);
         m_recording.setCurrentRecordingMeetingID(meetingID);
         m_recording.setRecordingState(RecordingState::recording(chunk));
         MeetingDraftMetadata draft = draftOrFallback(*meetingID);
@@ -181,6 +180,20 @@ void AppModel::resumeRecording() {
             m_recording.setChunkedRecorder(nullptr);
         letGoOfOtherRecordings();
         say(QStringLiteral("Failed to resume recording: ") + error.text());
+    }
+}
+
+// If it fails the microphone is held again: a recording that shows as paused must not listen, and must be able to go
+// on.
+void AppModel::resumeSystemAudio(ChunkedMicrophoneRecorder& microphone) {
+    ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder();
+    if (!system)
+        return;
+    try {
+        system->resume();
+    } catch (const Error&) {
+        microphone.pause();
+        throw;
     }
 }
 
@@ -206,7 +219,10 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         auto draft = readDraft(*meetingID);
         if (!draft)
             throw RecorderError();
-        draft = withItsChunks(*draft, *meetingID);
+        draft = withItsChunks(*draft,
+                              m_recording.currentRecordingMeetingID()
+                                  ? std::optional(m_paths.meeting(*meetingID) + chunksName)
+                                  : forgottenChunksDirectory(*draft, m_paths.meeting(*meetingID), *m_services.files));
         plan = {.meetingID = *meetingID,
                 .chunks = draft->chunks,
                 .systemChunks = systemChunkURLs(*draft, *m_services.files),
@@ -233,8 +249,9 @@ QFuture<std::optional<QString>> AppModel::finalizeInBackground(const Finalizatio
             return;
         told = fraction;
         QMetaObject::invokeMethod(QCoreApplication::instance(), [part, fraction] {
-            if (part && part->finishingProgress())
-                part->setFinishingProgress(fraction);
+            RecordingPart* recording = part.data();
+            if (recording && recording->finishingProgress())
+                recording->setFinishingProgress(fraction);
         });
     };
     return QtConcurrent::run([files = m_services.waveFiles, plan, report]() -> Outcome {
@@ -299,7 +316,8 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     if (failure.isEmpty()) {
         try {
             // Read anew: the title may have changed while the work ran.
-            MeetingDraftMetadata draft = withItsChunks(draftOrFallback(meetingID), meetingID);
+            MeetingDraftMetadata draft =
+                withItsChunks(draftOrFallback(meetingID), m_paths.meeting(meetingID) + chunksName);
             draft.audioPath = file;
             draft.recordingStatus = recordingStatus::recorded;
             writeMeetingDraft(draft, meetingID);
@@ -335,9 +353,10 @@ std::optional<QString> AppModel::meetingToRecord() const {
 }
 
 // Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
-MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const {
-    if (!draft.chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
-        draft.chunksDirectory = m_paths.meeting(meetingID) + chunksName;
+MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft,
+                                             const std::optional<QString>& ownChunksDirectory) const {
+    if (!draft.chunksDirectory && ownChunksDirectory && QFileInfo(*ownChunksDirectory).isDir())
+        draft.chunksDirectory = ownChunksDirectory;
     draft.chunks = chunkURLs(draft, *m_services.files);
     return draft;
 }

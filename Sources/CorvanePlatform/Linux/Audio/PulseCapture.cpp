@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Audio/PulseCapture.h"
 
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
+
 #include <algorithm>
 #include <span>
 #include <utility>
@@ -96,6 +98,9 @@ void PulseCapture::watchStart(Clock::time_point now) {
 QString PulseCapture::whyNoFrames() const {
     if (!m_connection)
         return pulsewords::noServer;
+    if (m_role == CaptureRole::systemAudio && m_streamError != 0)
+        return SystemAudioCaptureError::coreAudioStatus(QStringLiteral("pa_stream_connect_record"), m_streamError)
+            .text();
     if (!m_target.source.empty())
         return QStringLiteral("The sound server delivers no sound from %1.").arg(m_target.description);
     return m_server ? pulsewords::noDevice(m_role) : pulsewords::noAnswer;
@@ -121,6 +126,8 @@ void PulseCapture::keepStream(Clock::time_point now) {
     if (m_stream && isStreamLost()) {
         // The next attempt goes by a fresh account, and not at once to a device that cannot be opened.
         m_openAt = m_wasStreamReady ? now : now + retryDelay;
+        if (pa_stream_get_state(m_stream.get()) == PA_STREAM_FAILED)
+            m_streamError = pa_context_errno(m_connection->context());
         dropStream();
         m_server.reset();
         m_connection->renew();
@@ -161,6 +168,7 @@ void PulseCapture::open(const CaptureTarget& target) {
     constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     if (m_stream && pa_stream_connect_record(m_stream.get(), target.source.c_str(), &buffers, flags) == 0)
         return;
+    m_streamError = pa_context_errno(m_connection->context());
     dropStream();
     m_openAt = Clock::now() + retryDelay;
 }

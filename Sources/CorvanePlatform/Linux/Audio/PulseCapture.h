@@ -79,6 +79,7 @@ private:
     CaptureTarget m_target; // what m_stream records
     Clock::time_point m_openAt;
     bool m_wasStreamReady = false;
+    int m_streamError = 0; // why the last stream could not be had, by libpulse's numbers
 
     std::optional<CaptureTimeline> m_timeline;
     std::optional<CaptureHole> m_hole;
