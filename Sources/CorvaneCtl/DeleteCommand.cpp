@@ -21,11 +21,11 @@ bool isProcessed(const MeetingListItem& meeting) {
     });
 }
 
-void checkAtRest(const MeetingListItem& meeting) {
+void checkAtRest(Session& session, const MeetingListItem& meeting) {
     const QString title = visibleText(meeting.title);
     if (isProcessed(meeting))
         throw CtlError(QStringLiteral("“%1” is in processing; with --force it is deleted all the same").arg(title));
-    if (isInProgress(meeting))
+    if (isInProgress(session, meeting))
         throw CtlError(
             QStringLiteral("“%1” is being recorded or waits for recovery; with --force it is deleted all the same")
                 .arg(title));
@@ -65,7 +65,7 @@ bool confirmed(Session& session, const MeetingListItem& meeting, const std::opti
 ExitStatus runDelete(Session& session) {
     const MeetingListItem meeting = session.select(session.line().operand(0));
     if (!session.line().has(QStringLiteral("force")))
-        checkAtRest(meeting);
+        checkAtRest(session, meeting);
     const auto audio = ownAudio(session, meeting);
     if (!confirmed(session, meeting, audio)) {
         session.terminal().say(QStringLiteral("Nothing was deleted."));

@@ -50,7 +50,10 @@ QString join(Session& session, const QString& meetingID) {
     });
     terminal.clearProgress();
     if (!file)
-        throw CtlError(model.status().statusMessage());
+        throw CtlError(
+            QStringLiteral("%1\nWhat was recorded is kept in %2. Once the cause is mended, or a chunk that cannot be "
+                           "read is moved away, corvanectl recover %3 finishes it.")
+                .arg(model.status().statusMessage(), model.paths().meeting(meetingID), meetingID));
     return *file;
 }
 
@@ -83,6 +86,12 @@ void printReport(Session& session, const Finished& finished) {
     });
 }
 
+bool hasForgottenChunks(Session& session, const MeetingListItem& meeting) {
+    const QString directory = session.model().paths().meeting(meeting.id);
+    const auto draft = readMeetingDraft(directory);
+    return draft && forgottenChunksDirectory(*draft, directory, *session.services().files);
+}
+
 void process(Session& session, Finished& finished) {
     AppModel& model = session.model();
     finished.run = session.wait(model.processCurrentAudio());
@@ -94,9 +103,9 @@ void process(Session& session, Finished& finished) {
 
 } // namespace
 
-bool isInProgress(const MeetingListItem& meeting) {
-    return meeting.isDraft() &&
-           (meeting.status == recordingStatus::recording || meeting.status == recordingStatus::paused);
+bool isInProgress(Session& session, const MeetingListItem& meeting) {
+    return meeting.isDraft() && (meeting.status == recordingStatus::recording ||
+                                 meeting.status == recordingStatus::paused || hasForgottenChunks(session, meeting));
 }
 
 bool isLive(Session& session, const MeetingListItem& meeting) {
@@ -105,13 +114,13 @@ bool isLive(Session& session, const MeetingListItem& meeting) {
 
 bool hasSound(Session& session, const MeetingListItem& meeting) {
     const auto draft = readMeetingDraft(session.model().paths().meeting(meeting.id));
-    return draft && !chunkURLs(*draft, *session.services().files).empty();
+    return draft && (hasForgottenChunks(session, meeting) || !chunkURLs(*draft, *session.services().files).empty());
 }
 
 UnfinishedRecordings unfinishedRecordings(Session& session) {
     UnfinishedRecordings unfinished;
     for (const MeetingListItem& meeting : session.model().library().meetings()) {
-        if (!isInProgress(meeting))
+        if (!isInProgress(session, meeting))
             continue;
         if (isLive(session, meeting))
             unfinished.live.push_back(meeting);

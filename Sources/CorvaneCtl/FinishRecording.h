@@ -11,8 +11,9 @@ namespace corvane::ctl {
 
 class Session;
 
-// Whether its draft says that it is being recorded, or is paused; so it does for ever after its process was killed.
-[[nodiscard]] bool isInProgress(const MeetingListItem& meeting);
+// Whether its draft says that it is being recorded, or is paused, as it does for ever after its process was killed; or
+// whether a rename took this out of the draft, and there are chunks but no finished file.
+[[nodiscard]] bool isInProgress(Session& session, const MeetingListItem& meeting);
 
 struct UnfinishedRecordings {
     std::vector<MeetingListItem> live; // a process that lives records them, or finishes them

@@ -42,6 +42,9 @@ ExitStatus runPlay(Session& session) {
         throw CtlError(model.status().statusMessage());
     terminal.say(model.status().statusMessage());
     QTimer clock;
+    std::optional<QString> failure;
+    const auto failed = QObject::connect(&model.playback(), &PlaybackPart::playbackFailed, &clock,
+                                         [&failure](const QString& reason) { failure = reason; });
     session.runLoop([&](QEventLoop& loop) {
         QObject::connect(&clock, &QTimer::timeout, &loop, [&] {
             terminal.showLine(QStringLiteral("%1 / %2").arg(durationText(model.playback().currentTimeSeconds()),
@@ -50,6 +53,8 @@ ExitStatus runPlay(Session& session) {
         clock.start(200ms);
         QObject::connect(&model.playback(), &PlaybackPart::isPlayingAudioChanged, &loop, &QEventLoop::quit);
     });
+    if (failure)
+        throw CtlError(model.status().statusMessage());
     const double reached = model.playback().currentTimeSeconds();
     terminal.clearProgress();
     model.stopAudioPlayback();

@@ -32,9 +32,9 @@ ProcessingSettings wantedSettings(const CommandLine& line, ProcessingSettings se
 
 void checkReady(Session& session, const MeetingListItem& meeting) {
     const QString title = visibleText(meeting.title);
-    if (isInProgress(meeting) && isLive(session, meeting))
+    if (isInProgress(session, meeting) && isLive(session, meeting))
         throw CtlError(QStringLiteral("“%1” is being recorded; process it afterwards").arg(title));
-    if (isInProgress(meeting))
+    if (isInProgress(session, meeting))
         throw CtlError(
             QStringLiteral("the recording of “%1” was left behind; corvanectl recover finishes it").arg(title));
     if (!meeting.audioURL || meeting.audioURL->isEmpty())

@@ -11,7 +11,7 @@ namespace {
 MeetingListItem named(Session& session, const QString& words) {
     MeetingListItem meeting = session.meeting(words);
     const QString title = visibleText(meeting.title);
-    if (!isInProgress(meeting))
+    if (!isInProgress(session, meeting))
         throw CtlError(QStringLiteral("“%1” is no recording that was left behind").arg(title));
     if (isLive(session, meeting))
         throw CtlError(QStringLiteral("“%1” is being recorded by another process; end it there").arg(title));

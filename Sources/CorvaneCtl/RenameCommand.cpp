@@ -13,7 +13,7 @@ ExitStatus runRename(Session& session) {
         throw UsageError(QStringLiteral("a title needs more than blanks"));
     const MeetingListItem meeting = session.select(session.line().operand(0));
     // A title given now would be written over what the recorder keeps of its work.
-    if (isInProgress(meeting))
+    if (isInProgress(session, meeting))
         throw CtlError(QStringLiteral("“%1” is being recorded or waits for recovery; rename it afterwards")
                            .arg(visibleText(meeting.title)));
     AppModel& model = session.model();

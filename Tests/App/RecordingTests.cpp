@@ -7,7 +7,6 @@
 #include "CorvaneCore/Library/FileNames.h"
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 using namespace corvane;
 using testing::ElementsAre;
@@ -35,15 +34,6 @@ protected:
     }
     void speak(std::size_t frames, float level = 0.5F) {
         EXPECT_TRUE(fixture.audioInputs->microphoneDevice->deliver(std::vector<float>(frames, level)));
-    }
-    // Runs the main loop until the condition holds.
-    template<typename Condition>
-    static bool until(Condition condition) {
-        QElapsedTimer watchdog;
-        watchdog.start();
-        while (!condition() && watchdog.elapsed() < 20'000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-        return condition();
     }
     static std::optional<QString> stop(AppModel& model) {
         return ModelFixture::resultOf(model.stopRecording(AppModel::AfterStop::leave));
@@ -109,7 +99,7 @@ TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
     EXPECT_EQ(status(model), u"Paused");
     EXPECT_EQ(draftOf(id).recordingStatus, u"paused");
     EXPECT_TRUE(fixture.audioInputs->systemDevice->deliver(std::vector<float>(400, 0.9F))) << "unheard";
-    ASSERT_TRUE(until([&] { return !draftOf(id).chunks.empty(); }));
+    ASSERT_TRUE(ModelFixture::until([&] { return !draftOf(id).chunks.empty(); }));
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Recording");
     EXPECT_EQ(draftOf(id).recordingStatus, u"recording");
@@ -172,24 +162,18 @@ TEST_F(RecordingTest, AClosedChunkIsEnteredOnce) {
     ChunkedMicrophoneRecorder& recorder = *model.recording().chunkedRecorder();
     speak(10);
     recorder.rotate();
-    ASSERT_TRUE(until([&] { return draftOf(id).chunks.size() == 1; }));
+    ASSERT_TRUE(ModelFixture::until([&] { return draftOf(id).chunks.size() == 1; }));
     int reloads = 0;
     QObject::connect(&model.library(), &LibraryPart::meetingsChanged, &model, [&] { ++reloads; });
-    const auto stamp = [&] {
-        struct stat status {};
-        ::stat(QFile::encodeName(directoryOf(id) + QStringLiteral("/metadata.json")).constData(), &status);
-        return status.st_ino;
-    };
-    const auto before = stamp();
     recorder.onChunkClosed({0, draftOf(id).chunks[0], {}, {}});
     QCoreApplication::processEvents();
-    EXPECT_EQ(stamp(), before) << "not written again";
-    EXPECT_EQ(reloads, 0);
+    EXPECT_EQ(reloads, 0) << "nothing was written";
     EXPECT_EQ(draftOf(id).chunks.size(), 1U);
 }
 
 TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
-    AppModel& model = startMicrophoneOnly();
+    AppModel& model = fixture.start();
+    model.startRecording(std::nullopt);
     const QString id = current(model);
     model.recording().chunkedRecorder()->pause();
     model.pauseRecording();
@@ -208,6 +192,12 @@ TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
     EXPECT_EQ(status(model), u"Failed to resume recording: gone");
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::paused);
     fixture.audioInputs->microphoneDevice->resumeError.reset();
+    fixture.audioInputs->systemDevice->formatError = QStringLiteral("no output");
+    model.resumeRecording();
+    EXPECT_EQ(status(model), u"Failed to resume recording: no output");
+    EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::paused);
+    EXPECT_FALSE(fixture.audioInputs->microphoneDevice->deliver(std::vector<float>(10))) << "nothing listens";
+    fixture.audioInputs->systemDevice->formatError.reset();
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Recording");
     speak(10);
@@ -256,6 +246,39 @@ TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
     EXPECT_EQ(readWav<float>(*other).size(), 200U);
 }
 
+TEST_F(RecordingTest, ARenameHidesNoSoundFromTheStop) {
+    const QString chunks = makeDeadRecording("RENAMED");
+    AppModel& model = fixture.start();
+    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("RENAMED")));
+    model.renameSelectedRun(QStringLiteral("Named"));
+    ASSERT_EQ(draftOf(QStringLiteral("RENAMED")).recordingStatus, u"imported");
+    const auto file = stop(model);
+    ASSERT_TRUE(file) << status(model).toStdString();
+    EXPECT_EQ(readWav<float>(*file).size(), 200U);
+    EXPECT_EQ(draftOf(QStringLiteral("RENAMED")).chunksDirectory, chunks);
+
+    model.renameSelectedRun(QStringLiteral("Named again"));
+    EXPECT_FALSE(stop(model)) << "a finished meeting is an imported one";
+    EXPECT_EQ(status(model), u"Failed to stop recording: noChunks");
+}
+
+TEST_F(RecordingTest, ARecordingOfAnotherProcessIsLeftAlone) {
+    makeDeadRecording("D");
+    AppModel& model = fixture.start();
+    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("D")));
+    {
+        const RecordingLock other(directoryOf(QStringLiteral("D")));
+        const QString reason = QStringLiteral("this meeting is being recorded by another process");
+        model.resumeRecording();
+        EXPECT_EQ(status(model), QStringLiteral("Failed to resume recording: ") + reason);
+        EXPECT_FALSE(stop(model));
+        EXPECT_EQ(status(model), QStringLiteral("Failed to stop recording: ") + reason);
+    }
+    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("busy");
+    model.resumeRecording();
+    EXPECT_FALSE(RecordingLock::isHeld(directoryOf(QStringLiteral("D")))) << "what failed is not kept from others";
+}
+
 TEST_F(RecordingTest, AnImportedMeetingIsNoRecording) {
     MeetingDraftMetadata imported;
     imported.recordingStatus = QStringLiteral("imported");
@@ -284,7 +307,7 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
     writeFileAtomically(garbage, "garbage");
     const auto refused = stop(model);
     EXPECT_FALSE(refused);
-    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: 000009.wav: ")));
+    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: chunks/000009.wav: ")));
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording) << "still shows";
     EXPECT_EQ(current(model), id);
     const QStringList calls = fixture.audioInputs->microphoneDevice->calls;
@@ -295,8 +318,13 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
     EXPECT_EQ(readWav<float>(*file).size(), 200U) << "the rename took no sound";
     EXPECT_EQ(draftOf(id).title, u"Renamed while it runs");
     EXPECT_EQ(draftOf(id).chunks.size(), 2U);
-    EXPECT_TRUE(stop(model)) << "once more, from the same chunks";
-    EXPECT_EQ(readWav<float>(*file).size(), 200U);
+    writeFileAtomically(garbage, "garbage");
+    EXPECT_FALSE(stop(model)) << "once more, from the same chunks";
+    EXPECT_EQ(readWav<float>(*file).size(), 200U) << "what was finished stays";
+    EXPECT_EQ(QDir(data.paths.recordings()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+              1);
+    ASSERT_TRUE(QFile::remove(garbage));
+    EXPECT_TRUE(stop(model));
 
     model.startRecording(std::nullopt);
     const QString next = current(model);
@@ -309,62 +337,24 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
 TEST_F(RecordingTest, TheClockCountsPausesAndASilentMicrophoneIsReported) {
     AppModel& model = startMicrophoneOnly();
     fixture.clock->advance(3);
-    ASSERT_TRUE(until([&] { return model.recording().recordingElapsed() == 3; }));
+    ASSERT_TRUE(ModelFixture::until([&] { return model.recording().recordingElapsed() == 3; }));
     model.pauseRecording();
     fixture.clock->advance(4);
-    ASSERT_TRUE(until([&] { return model.recording().recordingElapsed() == 7; }));
+    ASSERT_TRUE(ModelFixture::until([&] { return model.recording().recordingElapsed() == 7; }));
     model.resumeRecording();
     speak(48'000 * 15 - 1, 0);
-    ASSERT_TRUE(until([&] {
+    ASSERT_TRUE(ModelFixture::until([&] {
         return !model.recording().tracks().empty() &&
                model.recording().tracks().at(captureTracks::microphone).silentSeconds > 14;
     }));
     EXPECT_EQ(status(model), u"Recording");
     speak(1, 0);
-    EXPECT_TRUE(
-        until([&] { return status(model) == u"No sound comes from the microphone. Check that it is not muted."; }));
+    EXPECT_TRUE(ModelFixture::until(
+        [&] { return status(model) == u"No sound comes from the microphone. Check that it is not muted."; }));
     speak(1);
-    EXPECT_TRUE(until([&] { return status(model) == u"Recording"; }));
+    EXPECT_TRUE(ModelFixture::until([&] { return status(model) == u"Recording"; }));
     fixture.waveFiles->room = 0;
     speak(1);
-    EXPECT_TRUE(until([&] { return status(model).startsWith(QStringLiteral("Recording is losing sound: ")); }));
-}
-
-TEST_F(RecordingTest, PlaybackIsClampedToTheFileAndEndsByItself) {
-    const QString audio = data.recording(QStringLiteral("a.wav"));
-    AppModel& model = fixture.start();
-    model.toggleAudioPlayback();
-    model.playAudio(3);
-    EXPECT_EQ(status(model), u"Idle") << "nothing to play";
-    writeFileAtomically(audio, "x");
-    fixture.audioPlayers->durationSeconds = 4000;
-    AppModel& again = fixture.start();
-    again.playAudio(3725.9);
-    EXPECT_EQ(status(again), u"Playing a.wav from 01:02:05");
-    EXPECT_TRUE(again.playback().isPlayingAudio());
-    again.playAudio(-7);
-    EXPECT_EQ(status(again), u"Playing a.wav from 00:00:00");
-    fixture.audioPlayers->openError = QStringLiteral("damaged");
-    again.playAudio(1);
-    EXPECT_EQ(status(again), u"Failed to play audio: damaged");
-    EXPECT_TRUE(again.playback().isPlayingAudio()) << "what was heard goes on";
-    again.toggleAudioPlayback();
-    EXPECT_FALSE(again.playback().isPlayingAudio());
-    EXPECT_EQ(fixture.audioPlayers->heard.join(QLatin1Char(',')),
-              u"play a.wav at 3725.9,end a.wav,play a.wav at 0,end a.wav");
-
-    fixture.audioPlayers->openError.reset();
-    again.playAudio(5000);
-    EXPECT_EQ(status(again), u"Playing a.wav from 01:06:40");
-    EXPECT_TRUE(until([&] { return !again.playback().isPlayingAudio(); }));
-    fixture.audioPlayers->durationSeconds = 0.05;
-    again.toggleAudioPlayback();
-    EXPECT_TRUE(again.playback().isPlayingAudio());
-    EXPECT_TRUE(until([&] { return !again.playback().isPlayingAudio(); }));
-    fixture.audioPlayers->playError = QStringLiteral("no sound server");
-    again.playAudio(0);
-    EXPECT_EQ(status(again), u"Failed to play audio: no sound server");
-    EXPECT_FALSE(again.playback().isPlayingAudio());
-    EXPECT_EQ(playbackTimestampText(-1), u"00:00:00");
-    EXPECT_EQ(playbackTimestampText(360'000), u"100:00:00");
+    EXPECT_TRUE(ModelFixture::until(
+        [&] { return status(model).startsWith(QStringLiteral("Recording is losing the sound of the microphone: ")); }));
 }

@@ -1,4 +1,5 @@
 // Joining and mixing chunk files.
+#include "Support/Fakes/FailingAudioFiles.h"
 #include "Support/PrintQt.h"
 #include "Support/WavFiles.h"
 
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <numbers>
 #include <numeric>
+#include <random>
 
 using namespace corvane;
 using testing::ElementsAre;
@@ -43,6 +45,30 @@ protected:
             samples.insert(samples.end(), perChannel.begin(), perChannel.end());
         writeWav(at(name), format, samples);
         return at(name);
+    }
+    QString noise(const char* name, const AudioFormat& format, double seconds) {
+        std::mt19937 random(7);
+        std::uniform_real_distribution<float> level(-0.5F, 0.5F);
+        std::vector<float> samples(static_cast<std::size_t>(seconds * format.sampleRate * format.channels));
+        std::ranges::generate(samples, [&] { return level(random); });
+        writeWav(at(name), format, samples);
+        return at(name);
+    }
+    // The file at 48 kHz, from a single run of the resampler.
+    std::vector<float> resampled(const QString& path) {
+        auto input = readWav<float>(path);
+        const auto resampler = files.resampler(files.open(path)->format().sampleRate, 48'000);
+        std::vector<float> output(input.size() * 7);
+        std::size_t produced = 0;
+        for (std::size_t consumed = 0, last = 1; last > 0;) {
+            const auto step =
+                resampler->process(std::span(input).subspan(consumed), std::span(output).subspan(produced));
+            consumed += step.consumed;
+            produced += step.produced;
+            last = step.consumed + step.produced;
+        }
+        output.resize(produced);
+        return output;
     }
     static AudioFormat floats(int sampleRate, int channels) { return {sampleRate, channels, Sample::float32}; }
     QString errorOfJoining(const std::vector<QString>& chunks) {
@@ -96,9 +122,9 @@ TEST_F(JoiningTest, AChunkThatCannotBeReadEndsTheWorkAndIsNamed) {
     EXPECT_FALSE(QDir(at("out")).exists());
     const QString good = chunk("000000.wav", 1, 100);
     writeFileAtomically(at("000001.wav"), QByteArray("garbage").repeated(100));
-    EXPECT_TRUE(errorOfJoining({good, at("000001.wav")}).startsWith(QStringLiteral("000001.wav: ")));
+    EXPECT_TRUE(errorOfJoining({good, at("000001.wav")}).contains(QStringLiteral("/000001.wav: ")));
     EXPECT_EQ(readWav<std::int16_t>(at("out/all.wav")).size(), 100U) << "what was written stays";
-    EXPECT_TRUE(errorOfJoining({good, at("000009.wav")}).startsWith(QStringLiteral("000009.wav: No such file")));
+    EXPECT_TRUE(errorOfJoining({good, at("000009.wav")}).contains(QStringLiteral("/000009.wav: No such file")));
 }
 
 TEST_F(JoiningTest, AMixIsAsLongAsTheLongerSourceCutToAWholeFrame) {
@@ -155,6 +181,67 @@ TEST_F(JoiningTest, EachSourceEntersAtUnityAndTheSumIsScaled) {
         worst = std::max(worst, std::abs(resampled[i] - 0.45 * std::sin(2 * std::numbers::pi * 441 *
                                                                         static_cast<double>(i) / 48'000)));
     EXPECT_LT(worst, 1e-6);
+}
+
+TEST_F(JoiningTest, AMixInStretchesHasNoSeams) {
+    constexpr double seconds = 36; // more than three stretches
+    const QString empty = tone("empty.wav", floats(48'000, 1), 0, {0});
+    for (const int rate : {44'100, 11'025, 16'000, 96'000, 44'056, 48'000}) {
+        SCOPED_TRACE(rate);
+        const QString source = noise("source.wav", floats(rate, 1), seconds);
+        const auto expected = rate == 48'000 ? readWav<float>(source) : resampled(source);
+        AudioFileMixer::mix(files, source, empty, at("mix.wav"));
+        const auto mix = readWav<float>(at("mix.wav"));
+        ASSERT_EQ(mix.size(), static_cast<std::size_t>(seconds * 48'000));
+        ASSERT_GE(expected.size(), mix.size());
+        double worst = 0;
+        double sum = 0;
+        double sumOfErrors = 0;
+        for (std::size_t i = 0; i < mix.size(); ++i) {
+            const double error = mix[i] / 0.9 - expected[i];
+            worst = std::max(worst, std::abs(error));
+            sum += expected[i] * expected[i];
+            sumOfErrors += error * error;
+        }
+        EXPECT_LT(worst, 1e-6) << "no more than the rounding of the resampler";
+        EXPECT_LT(10 * std::log10(sumOfErrors / sum), -128);
+        AudioFileMixer::mix(files, empty, source, at("again.wav"));
+        EXPECT_EQ(readWav<float>(at("again.wav")), mix) << "whichever thread renders which stretch";
+    }
+}
+
+TEST_F(JoiningTest, AMixThatFailsOrIsGivenUpOnTheWayKeepsWhatCameBefore) {
+    const QString source = noise("source.wav", floats(44'100, 1), 60);
+    const QString other = noise("other.wav", floats(48'000, 2), 50);
+    FailingAudioFiles failing;
+    const auto errorOfMixing = [&](const AudioProgress& progress = {}) {
+        try {
+            AudioFileMixer::mix(failing, source, other, at("mix.wav"), progress);
+        } catch (const Error& error) {
+            return error.text();
+        }
+        return QString();
+    };
+    EXPECT_EQ(errorOfMixing(), QString());
+    const auto whole = readWav<float>(at("mix.wav"));
+    const auto keepsTheBeginning = [&] {
+        const auto left = readWav<float>(at("mix.wav"));
+        return !left.empty() && left.size() < whole.size() && std::equal(left.begin(), left.end(), whole.begin());
+    };
+    failing.readable = 30 * 44'100;
+    EXPECT_EQ(errorOfMixing(), u"the disk has a bad sector");
+    EXPECT_TRUE(keepsTheBeginning());
+    failing.readable = INT64_MAX;
+    failing.room = 30 * 48'000;
+    EXPECT_EQ(errorOfMixing(), u"Audio mix failed: the disk took no more.");
+    EXPECT_TRUE(keepsTheBeginning());
+    failing.room = INT64_MAX;
+    EXPECT_EQ(errorOfMixing([](double done) {
+                  if (done > 0.3)
+                      throw AudioFileError(QStringLiteral("given up"));
+              }),
+              u"given up");
+    EXPECT_TRUE(keepsTheBeginning());
 }
 
 TEST_F(JoiningTest, FinishingMixesTheTwoSourcesAndLeavesNoTraceOfTheWork) {

@@ -6,9 +6,12 @@
 #include "Support/WavFiles.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Json/JsonReader.h"
+#include "CorvaneCore/Library/MeetingMetadata.h"
 #include "CorvaneCore/Recording/CaptureWarnings.h"
 #include "CorvaneCore/Recording/ChunkedMicrophoneRecorder.h"
 #include "CorvaneCore/Recording/ChunkedSystemAudioRecorder.h"
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -152,7 +155,9 @@ TEST_F(RecorderTest, AnOpeningThatFailsIsTriedAgainAndWhatIsLostIsKnown) {
     EXPECT_EQ(closed.size(), 1U);
     const std::vector<std::int32_t> lost(2400);
     device->deliver(lost);
-    EXPECT_DOUBLE_EQ(microphone->monitor().read().lostSeconds, 0.05);
+    const TrackHealth losing = microphone->monitor().read();
+    EXPECT_DOUBLE_EQ(losing.lostSeconds, 0.05);
+    EXPECT_TRUE(captureWarning(captureTracks::microphone, {}, losing)->contains(QStringLiteral("disk is full")));
     files->creates = true;
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (microphone->state().url == chunk("000000.wav") && std::chrono::steady_clock::now() < limit)
@@ -176,9 +181,15 @@ TEST_F(RecorderTest, AFullDiskIsCountedAndWarnedOfOnce) {
     EXPECT_EQ(full.failedWrites, 2);
     EXPECT_DOUBLE_EQ(full.lostSeconds, 1600 / 48'000.0);
     EXPECT_TRUE(captureWarning(captureTracks::microphone, before, full)->contains(QStringLiteral("disk is full")));
-    EXPECT_FALSE(captureWarning(captureTracks::microphone, full, microphone->monitor().read()));
+    device->deliverCounted(800);
+    const TrackHealth still = microphone->monitor().read();
+    EXPECT_FALSE(captureWarning(captureTracks::microphone, full, still)) << "once, however long it lasts";
+    files->room = 1'000'000;
+    device->deliverCounted(800);
+    EXPECT_EQ(captureWarning(captureTracks::microphone, still, microphone->monitor().read()),
+              u"Recording: the sound of the microphone is written again");
     microphone->stop();
-    EXPECT_EQ(recorded().size(), 800U);
+    EXPECT_EQ(recorded().size(), 1600U);
 }
 
 TEST_F(RecorderTest, AStartOrResumeThatFailsCanBeTriedAgain) {
@@ -238,6 +249,27 @@ TEST_F(RecorderTest, SystemAudioKeepsCapturingWhilePausedAndMayStartAgain) {
     EXPECT_THAT(system.chunkURLs(), ElementsAre(chunk("000000.wav"), chunk("000001.wav"), chunk("000003.wav")));
     device->startError = QStringLiteral("no sound server");
     EXPECT_EQ(errorOf([&] { system.start(); }), u"no sound server");
+    device->startError.reset();
+    device->format.channels = 0;
+    EXPECT_EQ(errorOf([&] { system.start(); }), u"System audio format is unavailable.");
+
+    FakeAudioInputs inputs;
+    ChunkedSystemAudioRecorder::primePermission(inputs);
+    EXPECT_EQ(inputs.systemDevice->calls.join(u' '), u"start stop");
+}
+
+TEST(SystemAudioCapture, HasItsWordsAndAChunkItsForm) {
+    EXPECT_EQ(SystemAudioCaptureError::coreAudioStatus(QStringLiteral("AudioDeviceStart"), -50).text(),
+              u"AudioDeviceStart failed with Core Audio status -50.");
+    EXPECT_EQ(systemAudioCaptureMode(QStringLiteral("coreAudio")), SystemAudioCaptureMode::coreAudio);
+    EXPECT_EQ(systemAudioCaptureMode(QStringLiteral("off")), SystemAudioCaptureMode::off);
+    EXPECT_FALSE(systemAudioCaptureMode(QStringLiteral("Off")));
+
+    const AudioChunk chunk{3, QStringLiteral("/a b/000003.wav"), fromReferenceSeconds(0.5), fromReferenceSeconds(90)};
+    const QByteArray json = R"({"index":3,"url":"file:///a%20b/000003.wav","startedAt":0.5,"endedAt":90})";
+    EXPECT_EQ(encodeAudioChunk(chunk), json);
+    EXPECT_EQ(decodeAudioChunk(json), chunk);
+    EXPECT_THROW((void)decodeAudioChunk(R"({"index":3,"url":"file:///a","startedAt":0.5})"), JsonError);
 }
 
 TEST_F(RecorderTest, TheMonitorKnowsLevelSilenceAndEvents) {
@@ -274,6 +306,12 @@ TEST_F(RecorderTest, TheMonitorKnowsLevelSilenceAndEvents) {
     const TrackHealth back = monitor.read();
     EXPECT_EQ(captureWarning(captureTracks::microphone, lost, back), u"Recording: the microphone is back");
     EXPECT_THAT(back.deviceChanges, ElementsAre(u"lost", u"back: Desk"));
+    monitor.event({.kind = AudioInputEvent::Kind::deviceChanged, .device = QStringLiteral("Desk"), .gapSeconds = 0.1});
+    const TrackHealth elsewhere = monitor.read();
+    EXPECT_EQ(captureWarning(captureTracks::microphone, back, elsewhere), u"Recording: the microphone changed to Desk");
+    monitor.event({.kind = AudioInputEvent::Kind::gap, .device = QStringLiteral("Desk"), .gapSeconds = 3});
+    EXPECT_EQ(captureWarning(captureTracks::microphone, elsewhere, monitor.read()),
+              u"Recording: the sound server did not deliver the microphone for 3.0 seconds");
     EXPECT_EQ(captureVerdict(back), CaptureVerdict::soundMissing);
     EXPECT_EQ(back.gaps, 1);
 }

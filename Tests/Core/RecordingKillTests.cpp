@@ -19,7 +19,8 @@ using namespace corvane;
 
 namespace {
 
-constexpr int kills = 100;
+// CORVANE_KILLS, or as many as meet each step of the work in a few seconds.
+const int kills = std::max(qEnvironmentVariableIntValue("CORVANE_KILLS"), 40);
 constexpr std::size_t bufferFrames = 480;
 
 std::vector<QString> chunksIn(const QString& directory) {

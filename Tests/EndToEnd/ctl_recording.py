@@ -1,97 +1,30 @@
 """corvanectl's recording commands with a private sound server: tones go in, and are looked for in the finished file."""
 
-import array
-import cmath
 import fcntl
 import json
-import math
 import os
 import pty
 import select
-import shutil
 import signal
-import struct
 import subprocess
 import termios
 import time
-import unittest
-import wave
 
+import sound
 import support
 
-AUDIO_SERVER = os.environ["CORVANE_AUDIO_SERVER"]
-PROGRAMS = ("pulseaudio", "pactl", "paplay")
-MICROPHONE_HERTZ = 440
-SYSTEM_HERTZ = 1000
 
-
-def finished_file(path):
-    """The samples of a file that must be 48 kHz, mono, 32-bit float."""
-    content = path.read_bytes()
-    assert content[:4] == b"RIFF" and content[8:12] == b"WAVE", content[:12]
-    position = 12
-    format_chunk = None
-    while position < len(content):
-        name, size = struct.unpack_from("<4sI", content, position)
-        body = content[position + 8:position + 8 + size]
-        if name == b"fmt ":
-            format_chunk = struct.unpack_from("<HHIIHH", body)
-            kind = struct.unpack_from("<H", body, 24)[0] if format_chunk[0] == 0xFFFE else format_chunk[0]
-            assert (kind, *format_chunk[1:3], format_chunk[5]) == (3, 1, 48000, 32), format_chunk
-        if name == b"data":
-            assert format_chunk
-            return array.array("f", body)
-        position += 8 + size + size % 2
-    raise AssertionError("no samples in " + str(path))
-
-
-def amplitude(samples, hertz):
-    """Of a tone, over the second in the middle."""
-    middle = samples[len(samples) // 2 - 24000:len(samples) // 2 + 24000]
-    turn = -2j * math.pi * hertz / 48000
-    return 2 * abs(sum(value * cmath.exp(turn * i) for i, value in enumerate(middle))) / len(middle)
-
-
-@unittest.skipUnless(all(map(shutil.which, PROGRAMS)), "PulseAudio is not installed")
-class Recording(support.EndToEndTest):
+class Recording(sound.SoundTest):
     def setUp(self):
         super().setUp()
-        self.audio_server = subprocess.Popen([AUDIO_SERVER], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.addCleanup(self.end, self.audio_server)
-        self.environment["PULSE_SERVER"] = self.audio_server.stdout.readline().strip()
-
-    def play_tones(self):
-        for sink, hertz in (("micfeed", MICROPHONE_HERTZ), ("speaker", SYSTEM_HERTZ)):
-            path = self.home / (sink + ".wav")
-            with wave.open(str(path), "wb") as file:
-                file.setnchannels(1)
-                file.setsampwidth(2)
-                file.setframerate(48000)
-                second = array.array("h", (round(16000 * math.sin(2 * math.pi * hertz * i / 48000))
-                                           for i in range(48000)))
-                file.writeframes(second.tobytes() * 60)
-            player = subprocess.Popen(["paplay", "--device=" + sink, path], env=self.environment)
-            self.addCleanup(self.end, player)
-
-        def playing():
-            listed = subprocess.run(["pactl", "list", "short", "sink-inputs"], env=self.environment, check=True,
-                                    capture_output=True, text=True)
-            return len(listed.stdout.splitlines()) == 2
-        self.wait_for(playing, "the tones")
-
-    def start_recording(self, *options):
-        """A recording under way, its meeting, and since when it runs."""
-        process = self.start("corvanectl", "record", *options)
-        words = process.stderr.readline().decode()
-        begun = time.monotonic()
-        self.assertIn("Recording", words)
-        return process, words.split()[-1], begun
+        self.serve()
 
     def check_tones(self, path):
-        samples = finished_file(path)
-        for hertz in (MICROPHONE_HERTZ, SYSTEM_HERTZ):
-            self.assertGreater(amplitude(samples, hertz), 0.1, f"{hertz} Hz")
-        self.assertLess(amplitude(samples, 700), 0.01, "noise")
+        samples = sound.finished_file(path)
+        middle = samples[len(samples) // 2 - 24000:len(samples) // 2 + 24000]
+        for hertz in (sound.MICROPHONE_HERTZ, sound.SYSTEM_HERTZ):
+            self.assertGreater(sound.amplitude(middle, hertz), 0.1, f"{hertz} Hz")
+        self.assertLess(sound.amplitude(middle, 700), 0.01, "noise")
         return len(samples) / 48000
 
     def test_what_was_played_is_recorded(self):
@@ -117,7 +50,7 @@ class Recording(support.EndToEndTest):
         self.assertIn(b"No recording was left behind", self.ctl("recover").stderr)
         self.assertIn(b"is being recorded by another process", self.ctl("recover", meeting, expect=1).stderr)
         self.assertEqual([one["meeting"] for one in self.ctl_json("status")["recording"]], [meeting])
-        self.wait_for(lambda: time.monotonic() - begun > 3, "some sound")
+        self.after(begun, 3)
         process.kill()
         lasted = time.monotonic() - begun
         process.wait()
@@ -134,7 +67,7 @@ class Recording(support.EndToEndTest):
     def test_a_signal_ends_a_recording_well(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             process, meeting, begun = self.start_recording("--no-system", "--no-process", "--json")
-            self.wait_for(lambda: time.monotonic() - begun > 0.5, "some sound")
+            self.after(begun, 0.5)
             output, messages = self.interrupt(process, number)
             self.assertEqual(process.returncode, 0, messages)
             result = json.loads(output)

@@ -52,7 +52,7 @@ protected:
         try {
             return QStringLiteral("opened with %1 frames").arg(files.open(at(name))->frameCount());
         } catch (const AudioFileError& error) {
-            return error.text();
+            return error.text().section(QLatin1Char('/'), -1); // without the temporary directory's name
         }
     }
     QByteArray write(const QString& path, const AudioFormat& format, std::size_t frames) {

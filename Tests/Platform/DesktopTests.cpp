@@ -6,6 +6,8 @@
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Null/NullAudioFileInspector.h"
+#include "CorvanePlatform/Null/NullAudioInputs.h"
+#include "CorvanePlatform/Null/NullAudioPlayers.h"
 #include "CorvanePlatform/Null/NullSecretStore.h"
 #include "CorvanePlatform/Null/NullWorkspace.h"
 
@@ -63,6 +65,8 @@ TEST(EnsureUtf8Locale, KeepsQtQuietAndTextWholeInEveryLocale) {
 TEST(NullPlatform, HasNothingAndSaysSo) {
     EXPECT_FALSE(NullWorkspace().open(QStringLiteral("/tmp")));
     EXPECT_FALSE(NullAudioFileInspector().durationSeconds(QStringLiteral("/tmp")));
+    EXPECT_THROW(static_cast<void>(NullAudioInputs().microphone()->format()), AudioInputError);
+    EXPECT_THROW(static_cast<void>(NullAudioPlayers().open(QStringLiteral("/tmp"))), AudioPlayerError);
     EXPECT_THROW(NullSecretStore().saveNotionToken({}), TokenStoreError);
     EXPECT_THROW(static_cast<void>(NullSecretStore().hasHuggingFaceToken()), TokenStoreError);
 }

@@ -234,6 +234,19 @@ TEST_P(PulseAudioInputsTest, AStalledDaemonCostsNoTimeOfTheRecording) {
     EXPECT_LT(gaps, stalled + 0.2);
 }
 
+TEST_P(PulseAudioInputsTest, AStartKeepsToTheFormatThatWasAskedFor) {
+    const auto system = inputs.systemAudio();
+    const AudioFormat announced = system->format();
+    server->control(QStringLiteral("set-default-sink micfeed"));
+    ASSERT_TRUE(waitFor([this] {
+        const auto outputs = inputs.devices().outputs;
+        return std::ranges::find(outputs, QStringLiteral("micfeed"), &AudioDevice::id)->isDefault;
+    }));
+    system->start([](auto...) {}, {});
+    EXPECT_EQ(system->format(), announced);
+    system->stop();
+}
+
 TEST_P(PulseAudioInputsTest, NoHandlerIsCalledWhileNotRunning) {
     Tape system(inputs.systemAudio());
     Tape other(inputs.microphone());

@@ -25,8 +25,8 @@ QString found(const char* program) {
 }
 
 QString moduleOf(const QString& device) {
-    if (device == u"mic")
-        return QStringLiteral("module-remap-source master=micfeed.monitor source_name=mic");
+    if (device.endsWith(u"mic"))
+        return QStringLiteral("module-remap-source master=%1feed.monitor source_name=%1").arg(device);
     const QString format = device == u"micfeed" ? QStringLiteral("rate=44100 channels=1 format=s16le")
                                                 : QStringLiteral("rate=48000 channels=2 format=float32le");
     // Without norewinds PulseAudio's null sinks work in blocks of two seconds, with holes as long.

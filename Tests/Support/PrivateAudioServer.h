@@ -36,7 +36,8 @@ public:
 
     // The words of `pactl`; what it printed. Throws std::runtime_error if it fails.
     QString control(const QString& words);
-    void loadDevice(const QString& name); // one of the four
+    // One of the four; or a further sink, or as "NAMEmic" a microphone that hears the sink "NAMEmicfeed".
+    void loadDevice(const QString& name);
     void unloadDevice(const QString& name);
 
     // Plays a WAV file into a sink. The process ends when all was heard.

@@ -16,6 +16,8 @@
 
 #include <sys/stat.h>
 
+#include <csignal>
+
 namespace corvane {
 
 namespace {
@@ -68,6 +70,7 @@ AppServices makeLinuxServices() {
     services.currentDirectory = QDir::currentPath();
     services.bundleResourceDirectory = resourceDirectory();
     ::umask(S_IRWXG | S_IRWXO);
+    ::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is like a full disk, no reason to die
     return services;
 }
 

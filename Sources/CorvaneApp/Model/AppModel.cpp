@@ -18,6 +18,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock),
       m_voiceProfiles(m_paths.database(), m_services.clock) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
+    connect(&m_playback, &PlaybackPart::playbackFailed, this,
+            [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
     connect(&m_speakerReview, &SpeakerReviewPart::saveWanted, this, &AppModel::saveSpeakerMappings);
     connect(&m_profileRenameTimer, &QTimer::timeout, this, &AppModel::renameInNextRun);
     try {

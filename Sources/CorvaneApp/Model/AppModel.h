@@ -16,6 +16,7 @@
 #include "CorvaneCore/Library/AppPaths.h"
 #include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/RecordingLock.h"
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
 
 #include <QFuture>
 #include <QObject>
@@ -124,6 +125,7 @@ public:
     // session still shows, every chunk stays, and stopping can be tried again.
     QFuture<std::optional<QString>> stopRecording(AfterStop afterStop = AfterStop::process);
     // Whether a recording also captures what the computer plays.
+    [[nodiscard]] SystemAudioCaptureMode systemAudioCaptureMode() const { return m_systemAudioCaptureMode; }
     void setSystemAudioCaptureMode(SystemAudioCaptureMode mode) { m_systemAudioCaptureMode = mode; }
 
     // Playback (AppModelPlayback.cpp)
@@ -161,10 +163,12 @@ private:
     [[nodiscard]] std::unique_ptr<ChunkedMicrophoneRecorder>
     makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID);
     [[nodiscard]] std::optional<QString> startSystemAudio(const QString& systemChunksDirectory);
+    void resumeSystemAudio(ChunkedMicrophoneRecorder& microphone);
     void prepareChunkedRecorderForExistingMeeting(const QString& meetingID);
     void appendClosedChunk(const AudioChunk& chunk, const QString& meetingID);
     [[nodiscard]] MeetingDraftMetadata draftOrFallback(const QString& meetingID) const;
-    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const;
+    [[nodiscard]] MeetingDraftMetadata withItsChunks(MeetingDraftMetadata draft,
+                                                     const std::optional<QString>& ownChunksDirectory) const;
     [[nodiscard]] std::optional<QString> meetingToRecord() const;
     void lockRecording(const QString& meetingID);
     void letGoOfOtherRecordings();
@@ -216,7 +220,7 @@ private:
     QTimer m_profileRenameTimer;
     std::optional<RecordingLock> m_recordingLock;
     QTimer m_pollTimer;
-    SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureMode::coreAudio;
+    SystemAudioCaptureMode m_systemAudioCaptureMode = SystemAudioCaptureSettings::defaultMode;
     // Shared with the threads that wait for the worker.
     std::shared_ptr<std::atomic<bool>> m_commandsCancelled = std::make_shared<std::atomic<bool>>(false);
     // Shared with the copying threads; cancelling sets it and puts a new one in its place.

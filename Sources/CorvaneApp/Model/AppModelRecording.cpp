@@ -15,8 +15,6 @@ namespace corvane {
 
 namespace {
 
-constexpr double chunkDurationSeconds = 90.0;
-
 const QString chunksName = QStringLiteral("/chunks");
 const QString systemChunksName = QStringLiteral("/system-chunks");
 
@@ -81,9 +79,9 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
 
 std::unique_ptr<ChunkedMicrophoneRecorder>
 AppModel::makeMicrophoneRecorder(const QString& chunksDirectory, qint64 nextIndex, const QString& meetingID) {
-    auto recorder = std::make_unique<ChunkedMicrophoneRecorder>(chunksDirectory, nextIndex, chunkDurationSeconds,
-                                                                m_services.audioInputs->microphone(),
-                                                                m_services.waveFiles, m_services.clock);
+    auto recorder = std::make_unique<ChunkedMicrophoneRecorder>(
+        chunksDirectory, nextIndex, m_services.chunkDurationSeconds, m_services.audioInputs->microphone(),
+        m_services.waveFiles, m_services.clock);
     recorder->onChunkClosed = [model = QPointer(this), meetingID](const AudioChunk& chunk) {
         // In a task of its own: entering a chunk must not hold up the recorder that closes it.
         QMetaObject::invokeMethod(
@@ -102,9 +100,9 @@ std::optional<QString> AppModel::startSystemAudio(const QString& systemChunksDir
     if (m_systemAudioCaptureMode == SystemAudioCaptureMode::off)
         return std::nullopt;
     try {
-        auto recorder = std::make_unique<ChunkedSystemAudioRecorder>(systemChunksDirectory, 0, chunkDurationSeconds,
-                                                                     m_services.audioInputs->systemAudio(),
-                                                                     m_services.waveFiles, m_services.clock);
+        auto recorder = std::make_unique<ChunkedSystemAudioRecorder>(
+            systemChunksDirectory, 0, m_services.chunkDurationSeconds, m_services.audioInputs->systemAudio(),
+            m_services.waveFiles, m_services.clock);
         recorder->start();
         m_recording.setSystemAudioRecorder(std::move(recorder));
         return std::nullopt;
@@ -164,8 +162,7 @@ void AppModel::resumeRecording() {
         }
         const bool isPaused = m_recording.recordingState().kind == RecordingState::Kind::paused;
         const QString chunk = isPaused ? microphone->resume() : microphone->start();
-        if (ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder())
-            system->resume();
+        resumeSystemAudio(*microphone);
         m_recording.setCurrentRecordingMeetingID(meetingID);
         m_recording.setRecordingState(RecordingState::recording(chunk));
         MeetingDraftMetadata draft = draftOrFallback(*meetingID);
@@ -183,6 +180,20 @@ void AppModel::resumeRecording() {
             m_recording.setChunkedRecorder(nullptr);
         letGoOfOtherRecordings();
         say(QStringLiteral("Failed to resume recording: ") + error.text());
+    }
+}
+
+// If it fails the microphone is held again: a recording that shows as paused must not listen, and must be able to go
+// on.
+void AppModel::resumeSystemAudio(ChunkedMicrophoneRecorder& microphone) {
+    ChunkedSystemAudioRecorder* system = m_recording.systemAudioRecorder();
+    if (!system)
+        return;
+    try {
+        system->resume();
+    } catch (const Error&) {
+        microphone.pause();
+        throw;
     }
 }
 
@@ -208,7 +219,10 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
         auto draft = readDraft(*meetingID);
         if (!draft)
             throw RecorderError();
-        draft = withItsChunks(*draft, *meetingID);
+        draft = withItsChunks(*draft,
+                              m_recording.currentRecordingMeetingID()
+                                  ? std::optional(m_paths.meeting(*meetingID) + chunksName)
+                                  : forgottenChunksDirectory(*draft, m_paths.meeting(*meetingID), *m_services.files));
         plan = {.meetingID = *meetingID,
                 .chunks = draft->chunks,
                 .systemChunks = systemChunkURLs(*draft, *m_services.files),
@@ -235,8 +249,9 @@ QFuture<std::optional<QString>> AppModel::finalizeInBackground(const Finalizatio
             return;
         told = fraction;
         QMetaObject::invokeMethod(QCoreApplication::instance(), [part, fraction] {
-            if (part && part->finishingProgress())
-                part->setFinishingProgress(fraction);
+            RecordingPart* recording = part.data();
+            if (recording && recording->finishingProgress())
+                recording->setFinishingProgress(fraction);
         });
     };
     return QtConcurrent::run([files = m_services.waveFiles, plan, report]() -> Outcome {
@@ -301,7 +316,8 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     if (failure.isEmpty()) {
         try {
             // Read anew: the title may have changed while the work ran.
-            MeetingDraftMetadata draft = withItsChunks(draftOrFallback(meetingID), meetingID);
+            MeetingDraftMetadata draft =
+                withItsChunks(draftOrFallback(meetingID), m_paths.meeting(meetingID) + chunksName);
             draft.audioPath = file;
             draft.recordingStatus = recordingStatus::recorded;
             writeMeetingDraft(draft, meetingID);
@@ -337,9 +353,10 @@ std::optional<QString> AppModel::meetingToRecord() const {
 }
 
 // Renaming a meeting while it is recorded takes the directory out of its draft, not the sound out of it.
-MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft, const QString& meetingID) const {
-    if (!draft.chunksDirectory && m_recording.currentRecordingMeetingID() == meetingID)
-        draft.chunksDirectory = m_paths.meeting(meetingID) + chunksName;
+MeetingDraftMetadata AppModel::withItsChunks(MeetingDraftMetadata draft,
+                                             const std::optional<QString>& ownChunksDirectory) const {
+    if (!draft.chunksDirectory && ownChunksDirectory && QFileInfo(*ownChunksDirectory).isDir())
+        draft.chunksDirectory = ownChunksDirectory;
     draft.chunks = chunkURLs(draft, *m_services.files);
     return draft;
 }

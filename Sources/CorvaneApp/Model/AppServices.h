@@ -39,6 +39,9 @@ struct AppServices {
     QString currentDirectory;
     std::optional<QString> bundleResourceDirectory;
 
+    // New and resumed recordings alike. A crash costs a part of the open chunk at most.
+    double chunkDurationSeconds = 90.0;
+
     VoiceMatching voiceMatching = VoiceMatching::whenShown;
 };
 

@@ -1,5 +1,8 @@
 #include "CorvaneApp/Model/PlaybackPart.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+
 #include <algorithm>
 #include <chrono>
 
@@ -20,7 +23,15 @@ double PlaybackPart::play(const QString& file, double fromSeconds) {
     player->setCurrentTime(from);
     m_player.reset(); // an earlier sound ends before the new one begins
     setIsPlaying(false);
-    player->play();
+    player->play([part = QPointer(this), attempt = ++m_attempt](const QString& reason) {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [part, attempt, reason] {
+                if (part)
+                    part->fail(attempt, reason);
+            },
+            Qt::QueuedConnection);
+    });
     m_player = std::move(player);
     setIsPlaying(true);
     m_endOfPlayback.start(std::chrono::milliseconds(static_cast<qint64>(std::max(0.0, duration - from) * 1000.0)));
@@ -31,6 +42,13 @@ void PlaybackPart::stop() {
     m_endOfPlayback.stop();
     m_player.reset();
     setIsPlaying(false);
+}
+
+void PlaybackPart::fail(int attempt, const QString& reason) {
+    if (attempt != m_attempt || !m_isPlaying)
+        return;
+    stop();
+    Q_EMIT playbackFailed(reason);
 }
 
 void PlaybackPart::setIsPlaying(bool playing) {

@@ -21,21 +21,25 @@ public:
     // Where the sound that is heard stands in the file; 0 without a player.
     [[nodiscard]] double currentTimeSeconds() const { return m_player ? m_player->currentTimeSeconds() : 0.0; }
 
-    // Plays from a time, clamped to the file, and gives the time it really starts at. Throws AudioPlayerError, and then
-    // what was playing goes on.
+    // Plays from a time, clamped to the file, and gives the time it really starts at. Throws AudioPlayerError: a file
+    // that cannot be opened leaves what was playing, and a sound server that refuses ends it.
     double play(const QString& file, double fromSeconds);
     void stop();
 
 Q_SIGNALS:
     void isPlayingAudioChanged();
+    // The sound ended before its time; it plays no more.
+    void playbackFailed(const QString& reason);
 
 private:
     void setIsPlaying(bool playing);
+    void fail(int attempt, const QString& reason);
 
     std::shared_ptr<AudioPlayers> m_players;
     std::unique_ptr<AudioPlayer> m_player;
     QTimer m_endOfPlayback;
     bool m_isPlaying = false;
+    int m_attempt = 0; // a player's word may come when it has been replaced
 };
 
 // "HH:MM:SS", cut to whole seconds; a negative time counts as 0.

@@ -96,6 +96,17 @@ void writeFileAtomically(const QString& path, const QByteArray& content) {
     fail(path, qt_error_string(error));
 }
 
+void replaceFile(const QString& target, const QString& replacement) {
+    if (::rename(QFile::encodeName(replacement).constData(), QFile::encodeName(target).constData()) != 0)
+        fail(target, qt_error_string(errno));
+    const QByteArray folder = QFile::encodeName(QFileInfo(target).absolutePath());
+    const int fd = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return; // in place all the same, and on the disk a little later
+    ::fsync(fd);
+    ::close(fd);
+}
+
 void createPrivateDirectory(const QString& path) {
     const QFileInfo info(path);
     if (info.isDir())

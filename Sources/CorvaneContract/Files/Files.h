@@ -32,6 +32,11 @@ inline constexpr qint64 maximumDocumentBytes = 64LL * 1024 * 1024;
 // readable and writable by its owner alone. Throws FileError, and then the old content stands.
 void writeFileAtomically(const QString& path, const QByteArray& content);
 
+// Puts a finished file in the place of `target`, which is then the whole replacement or, also after a crash or a power
+// failure, still what it was. The replacement lies on the same file system and is flushed by whoever wrote it. Throws
+// FileError.
+void replaceFile(const QString& target, const QString& replacement);
+
 // Creates a directory with its parents, accessible to the owner alone. An existing directory is left as it is.
 // Throws FileError.
 void createPrivateDirectory(const QString& path);

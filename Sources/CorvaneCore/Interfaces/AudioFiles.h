@@ -42,9 +42,12 @@ public:
     [[nodiscard]] virtual std::size_t readRaw(std::span<std::byte> bytes) = 0;
     // Interleaved samples from -1 to 1; the span's size is a multiple of the channels. Likewise.
     [[nodiscard]] virtual std::size_t readFloat(std::span<float> samples) = 0;
+    // The frame that the next read begins with, from 0 to frameCount(). Throws AudioFileError.
+    virtual void seek(std::int64_t frame) = 0;
 };
 
-// Changes the sample rate of one channel as a stream, at a quality whose error is inaudible.
+// Changes the sample rate of one channel as a stream, at a quality whose error is inaudible. The first sample that
+// comes out stands at the moment of the first that went in.
 class AudioResampler {
 public:
     virtual ~AudioResampler() = default;

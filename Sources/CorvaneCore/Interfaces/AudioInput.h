@@ -45,9 +45,9 @@ public:
 
     virtual ~AudioInput() = default;
 
-    // The present device's own format; for system audio 32-bit float. Once a stream was started its format stays what
-    // it was then, whatever the device; a stopped stream takes the format of the device of its next start. Throws
-    // AudioInputError if there is no device or no sound server.
+    // The present device's own format; for system audio 32-bit float. What it gave before a start is kept to by that
+    // start, and once a stream was started its format stays what it was then, whatever the device; a stopped stream
+    // takes a new one. Throws AudioInputError if there is no device or no sound server.
     [[nodiscard]] virtual AudioFormat format() = 0;
 
     // Returns when frames flow or throws AudioInputError within a few seconds. Neither handler is called before that

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace corvane {
@@ -23,8 +24,12 @@ public:
     [[nodiscard]] virtual double currentTimeSeconds() const = 0;
     // Clamped to the file by the caller. Takes effect at once, also while playing.
     virtual void setCurrentTime(double seconds) = 0;
-    // Throws AudioPlayerError if there is no sound server. Plays to the end and stays there.
-    virtual void play() = 0;
+    // Why nothing more is heard of a file that has not ended. On a thread of the player's own; must not call the
+    // player.
+    using FailureHandler = std::function<void(const QString& reason)>;
+    // Plays to the end and stays there. Returns within a tenth of a second: throws AudioPlayerError if it is known by
+    // then that no sound server takes the sound; the handler learns of what fails later, or of this.
+    virtual void play(FailureHandler onFailure) = 0;
     virtual void stop() = 0; // safe to repeat
 };
 

@@ -4,6 +4,8 @@
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Json/JsonWriter.h"
 
+#include <QFile>
+
 namespace corvane {
 
 namespace {
@@ -98,8 +100,17 @@ std::optional<CaptureReport> readCaptureReport(const QString& meetingDirectory) 
 }
 
 void writeCaptureReport(const CaptureReport& report, const QString& meetingDirectory) {
-    writeFileAtomically(reportPath(meetingDirectory),
-                        prettyJson(QJsonObject{{QStringLiteral("tracks"), encodeMap(report.tracks, encodeTrack)}}));
+    const QString path = reportPath(meetingDirectory);
+    const QByteArray content =
+        prettyJson(QJsonObject{{QStringLiteral("tracks"), encodeMap(report.tracks, encodeTrack)}});
+    try {
+        writeFileAtomically(path, content);
+    } catch (const FileError&) {
+        // A report that is no longer true must not stay, and on a full disk its room is what the new one needs.
+        if (!QFile::remove(path))
+            throw;
+        writeFileAtomically(path, content);
+    }
 }
 
 } // namespace corvane

@@ -35,7 +35,7 @@ inline const QString system = QStringLiteral("system");
 
 inline const QString captureReportFile = QStringLiteral("capture.json");
 [[nodiscard]] std::optional<CaptureReport> readCaptureReport(const QString& meetingDirectory);
-// Atomic. Throws FileError.
+// Atomic while there is room for both; then the old one goes first. Throws FileError, and then no report is left.
 void writeCaptureReport(const CaptureReport& report, const QString& meetingDirectory);
 
 } // namespace corvane

@@ -1,31 +1,23 @@
 // Writes what the computer plays into numbered chunk files of its own, beside the microphone's. It keeps no states but
-// two facts: whether it captures, and whether it is paused; a stopped recorder may be started again. Main thread, but
-// for the writing of buffers.
+// two facts: whether it captures, and whether it is paused; a stopped recorder may be started again. Main thread.
 #pragma once
 
-#include "CorvaneCore/Interfaces/AudioFiles.h"
-#include "CorvaneCore/Interfaces/AudioInput.h"
-#include "CorvaneCore/Interfaces/Clock.h"
-#include "CorvaneCore/Recording/ChunkFile.h"
-
-#include <QTimer>
+#include "CorvaneCore/Recording/ChunkSeries.h"
 
 #include <memory>
 #include <vector>
 
 namespace corvane {
 
-// Whether a recording also captures what the computer plays. Starts as coreAudio at every launch.
-enum class SystemAudioCaptureMode { off, coreAudio };
-
 class ChunkedSystemAudioRecorder {
 public:
     ChunkedSystemAudioRecorder(QString chunksDirectory, qint64 nextChunkIndex, double chunkDurationSeconds,
                                std::unique_ptr<AudioInput> input, std::shared_ptr<AudioFiles> files,
                                std::shared_ptr<const Clock> clock);
-    ~ChunkedSystemAudioRecorder();
-    ChunkedSystemAudioRecorder(const ChunkedSystemAudioRecorder&) = delete;
-    ChunkedSystemAudioRecorder& operator=(const ChunkedSystemAudioRecorder&) = delete;
+
+    // Starts a capture and stops it at once, so that a system which asks the user for permission asks now. On the
+    // thread of its caller, for as long as a start takes. Throws AudioInputError.
+    static void primePermission(AudioInputs& inputs);
 
     // Both throw FileError, AudioFileError or AudioInputError.
     void start();
@@ -36,27 +28,19 @@ public:
 
     // The closed chunks that exist, in the order they closed, each once.
     [[nodiscard]] const std::vector<QString>& chunkURLs() const { return m_chunkURLs; }
-    [[nodiscard]] TrackMonitor& monitor() { return m_chunk.monitor(); }
+    [[nodiscard]] TrackMonitor& monitor() { return m_series.monitor(); }
 
     // As the timer does each chunk duration.
     void rotate();
 
 private:
     void goOn();
-    void openNextChunk();
-    void remember(const std::optional<ChunkFile::Closed>& closed);
+    void remember(const QString& url);
 
-    QString m_chunksDirectory;
-    qint64 m_nextChunkIndex;
-    double m_chunkDurationSeconds;
-    std::shared_ptr<AudioFiles> m_files;
-    std::shared_ptr<const Clock> m_clock;
     bool m_isCapturing = false;
     bool m_isPaused = false;
     std::vector<QString> m_chunkURLs;
-    QTimer m_rotationTimer;
-    ChunkFile m_chunk;
-    std::unique_ptr<AudioInput> m_input;
+    ChunkSeries m_series;
 };
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 namespace corvane {
 
@@ -20,18 +21,25 @@ AudioProgress stretch(const AudioProgress& progress, double from, double to) {
 } // namespace
 
 QString finalizeChunks(AudioFiles& files, const FinalizationPlan& plan, const AudioProgress& progress) {
-    if (plan.systemChunks.empty())
-        return AudioChunkConcatenator::concatenate(files, plan.chunks, plan.output, progress);
-    const QString mixDirectory =
-        QFileInfo(plan.output).absolutePath() + QLatin1Char('/') + plan.meetingID + QStringLiteral("-mix");
+    const QFileInfo output(plan.output);
+    const QString mixDirectory = output.absolutePath() + QLatin1Char('/') + plan.meetingID + QStringLiteral("-mix");
+    const QString result = mixDirectory + QLatin1Char('/') + output.fileName();
+    auto cleaning = qScopeGuard([&mixDirectory] { QDir(mixDirectory).removeRecursively(); });
+    if (plan.systemChunks.empty()) {
+        AudioChunkConcatenator::concatenate(files, plan.chunks, result, progress);
+        replaceFile(plan.output, result);
+        return plan.output;
+    }
+    cleaning.dismiss();
     createPrivateDirectory(mixDirectory);
     const QString microphone = AudioChunkConcatenator::concatenate(
         files, plan.chunks, mixDirectory + QStringLiteral("/microphone.wav"), stretch(progress, 0.0, 0.2));
     const QString system = AudioChunkConcatenator::concatenate(
         files, plan.systemChunks, mixDirectory + QStringLiteral("/system.wav"), stretch(progress, 0.2, 0.5));
-    QString result = AudioFileMixer::mix(files, microphone, system, plan.output, stretch(progress, 0.5, 1.0));
+    AudioFileMixer::mix(files, microphone, system, result, stretch(progress, 0.5, 1.0));
+    replaceFile(plan.output, result);
     QDir(mixDirectory).removeRecursively();
-    return result;
+    return plan.output;
 }
 
 } // namespace corvane

@@ -16,9 +16,10 @@ struct FinalizationPlan {
     QString output;
 };
 
-// Joins each source and mixes the two in the directory `<id>-mix` beside the output, which is removed when all went
-// well and otherwise stays for the next attempt. Gives the result's path. Throws AudioConcatenationError,
-// AudioFileMixError, AudioFileError or FileError.
+// Joins each source, and mixes the two if there are two, in the directory `<id>-mix` beside the output. What stood at
+// the output, such as the result of an earlier stop, gives way to the whole result alone. The directory is removed when
+// all went well; if the mixing failed it stays for the next attempt. Gives the result's path. Throws
+// AudioConcatenationError, AudioFileMixError, AudioFileError or FileError.
 QString finalizeChunks(AudioFiles& files, const FinalizationPlan& plan, const AudioProgress& progress = {});
 
 } // namespace corvane

@@ -52,6 +52,15 @@ std::vector<QString> systemChunkURLs(const MeetingDraftMetadata& draft, const Fi
     return existingByName(wavFilesIn(sibling, files), files);
 }
 
+std::optional<QString> forgottenChunksDirectory(const MeetingDraftMetadata& draft, const QString& meetingDirectory,
+                                                const FileTree& files) {
+    const QString directory = meetingDirectory + QStringLiteral("/chunks");
+    const bool isFinished = !draft.audioPath.isEmpty() && files.stamp(draft.audioPath).kind != FileStamp::Kind::missing;
+    if (draft.chunksDirectory || isFinished || wavFilesIn(directory, files).empty())
+        return std::nullopt;
+    return directory;
+}
+
 qint64 nextChunkIndex(const std::vector<QString>& chunks) {
     qint64 largest = -1;
     for (const QString& chunk : chunks) {

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace corvane {
@@ -16,6 +17,12 @@ namespace corvane {
 
 // What lies in the sibling `system-chunks`, by name. No document keeps a list of these.
 [[nodiscard]] std::vector<QString> systemChunkURLs(const MeetingDraftMetadata& draft, const FileTree& files);
+
+// A meeting that was renamed while it was recorded, or while it waited for recovery, has a draft that names no
+// directory of chunks. If its process died before there was a finished file, this is the directory, with at least one
+// chunk in it.
+[[nodiscard]] std::optional<QString> forgottenChunksDirectory(const MeetingDraftMetadata& draft,
+                                                              const QString& meetingDirectory, const FileTree& files);
 
 // One more than the largest number among the names; names that are no numbers do not count.
 [[nodiscard]] qint64 nextChunkIndex(const std::vector<QString>& chunks);

@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numeric>
+#include <utility>
 
 namespace corvane {
 
 namespace {
 
 constexpr std::size_t blockFrames = 8192;
+// What a resampler has to hear before its output no longer depends on what came before, in samples of the lower rate.
+// From 128 on, seams differ from a single pass by no more than its own rounding.
+constexpr std::int64_t warmUpFrames = 1024;
 
 // The little-endian bytes of one sample.
 void encodeSample(float value, AudioFormat::Sample type, std::byte* target) {
@@ -55,18 +60,53 @@ void averageChannels(const float* interleaved, std::size_t channels, std::span<f
 } // namespace
 
 MonoStream::MonoStream(AudioFiles& files, AudioFileReader& reader, int sampleRate)
-    : m_reader(reader),
+    : m_files(files),
+      m_reader(reader),
+      m_sampleRate(sampleRate),
       m_channels(static_cast<std::size_t>(reader.format().channels)),
       m_interleaved(m_channels > 1 ? blockFrames * m_channels : 0) {
-    if (reader.format().sampleRate != sampleRate) {
-        m_resampler = files.resampler(reader.format().sampleRate, sampleRate);
-        m_pending.resize(blockFrames);
+    const int fileRate = reader.format().sampleRate;
+    if (fileRate == sampleRate)
+        return;
+    m_resampler = files.resampler(fileRate, sampleRate);
+    m_pending.resize(blockFrames);
+    const int common = std::gcd(fileRate, sampleRate);
+    m_period = {.input = fileRate / common, .output = sampleRate / common};
+}
+
+void MonoStream::seek(std::int64_t position) {
+    // A resampler starts anew also where it has come to of itself, so that the samples do not tell where that was.
+    if (position == std::exchange(m_position, position) && (!m_resampler || !seeksAnywhere()))
+        return;
+    if (!m_resampler) {
+        m_reader.seek(std::min(position, m_reader.frameCount()));
+        return;
     }
+    const std::int64_t downsampling = std::max<std::int64_t>(1, m_period.input / m_period.output + 1);
+    const std::int64_t warmUpPeriods = warmUpFrames * downsampling / m_period.input + 1;
+    const std::int64_t firstPeriod = std::max<std::int64_t>(0, position / m_period.output - warmUpPeriods);
+    m_reader.seek(std::min(firstPeriod * m_period.input, m_reader.frameCount()));
+    m_resampler = m_files.resampler(m_reader.format().sampleRate, m_sampleRate);
+    m_pendingCount = 0;
+    m_inputEnded = false;
+    m_skipped = position - firstPeriod * m_period.output;
 }
 
 std::size_t MonoStream::read(std::span<float> samples) {
+    m_position += static_cast<std::int64_t>(samples.size());
     if (!m_resampler)
         return readMono(samples);
+    while (m_skipped > 0) {
+        const auto wanted = static_cast<std::size_t>(m_skipped);
+        const std::size_t dropped = readResampled(samples.first(std::min(wanted, samples.size())));
+        if (dropped == 0)
+            return 0;
+        m_skipped -= static_cast<std::int64_t>(dropped);
+    }
+    return readResampled(samples);
+}
+
+std::size_t MonoStream::readResampled(std::span<float> samples) {
     std::size_t filled = 0;
     while (filled < samples.size()) {
         if (m_pendingCount == 0 && !m_inputEnded) {

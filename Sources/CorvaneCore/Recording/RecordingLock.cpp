@@ -21,7 +21,8 @@ RecordingLock::RecordingLock(const QString& meetingDirectory)
         return;
     if (m_lock.error() == QLockFile::LockFailedError)
         throw RecordingLockError(QStringLiteral("this meeting is being recorded by another process"));
-    throw RecordingLockError(QStringLiteral("%1 cannot be written").arg(lockPath(meetingDirectory)));
+    throw RecordingLockError(
+        QStringLiteral("%1 cannot be written; the disk may be full").arg(lockPath(meetingDirectory)));
 }
 
 bool RecordingLock::isHeld(const QString& meetingDirectory) {

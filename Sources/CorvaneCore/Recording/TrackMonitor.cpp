@@ -82,6 +82,7 @@ void TrackMonitor::buffer(const std::byte* frames, std::size_t frameCount, const
         m_writtenFrames += count;
     else
         m_lostFrames += count;
+    m_isLosing = outcome != Outcome::written;
     if (outcome == Outcome::writeFailed)
         ++m_failedWrites;
     if (level.peak > 0) {
@@ -121,6 +122,7 @@ TrackHealth TrackMonitor::read() {
     health.silentSeconds = seconds(m_silentFrames);
     health.currentSilenceSeconds = seconds(m_currentSilenceFrames);
     health.failedWrites = m_failedWrites;
+    health.isLosing = m_isLosing;
     health.peak = static_cast<double>(m_peak.exchange(0));
     const std::int64_t samples = m_samples.exchange(0);
     const double squares = m_squares.exchange(0);

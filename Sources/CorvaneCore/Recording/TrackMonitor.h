@@ -28,6 +28,7 @@ struct TrackHealth {
     std::int64_t failedWrites = 0;
     std::vector<QString> deviceChanges; // what happened, oldest first, at most the last 100
     bool hasDevice = true;
+    bool isLosing = false; // the last of what was delivered could not be written
 
     friend bool operator==(const TrackHealth&, const TrackHealth&) = default;
 };
@@ -50,6 +51,7 @@ private:
     std::atomic<std::int64_t> m_silentFrames{0};
     std::atomic<std::int64_t> m_currentSilenceFrames{0};
     std::atomic<std::int64_t> m_failedWrites{0};
+    std::atomic<bool> m_isLosing{false};
     std::atomic<float> m_peak{0};
     std::atomic<double> m_squares{0};
     std::atomic<std::int64_t> m_samples{0};

@@ -59,16 +59,19 @@ public:
     }
     void stop() { m_model.reset(); }
 
-    // Runs the main loop until the operation is through.
-    template<typename T>
-    static T resultOf(QFuture<T> future) {
+    // Runs the main loop until the condition holds; false if it never did.
+    template<typename Condition>
+    static bool until(Condition condition) {
         QElapsedTimer watchdog;
         watchdog.start();
-        while (!future.isFinished()) {
+        while (!condition() && watchdog.elapsed() < 60'000)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-            if (watchdog.elapsed() > 60'000)
-                throw std::runtime_error("an operation of the model did not end");
-        }
+        return condition();
+    }
+    template<typename T>
+    static T resultOf(QFuture<T> future) {
+        if (!until([&future] { return future.isFinished(); }))
+            throw std::runtime_error("an operation of the model did not end");
         return future.result();
     }
 

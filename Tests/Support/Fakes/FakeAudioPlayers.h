@@ -14,7 +14,8 @@ public:
     double durationSeconds = 10;
     std::optional<QString> openError;
     std::optional<QString> playError;
-    QStringList heard; // "play FILE at SECONDS", "end FILE"
+    AudioPlayer::FailureHandler fail; // of the last one that played
+    QStringList heard;                // "play FILE at SECONDS", "end FILE"
 
     [[nodiscard]] std::unique_ptr<AudioPlayer> open(const QString& path) override {
         if (openError)
@@ -30,11 +31,12 @@ private:
         [[nodiscard]] double durationSeconds() const override { return m_all.durationSeconds; }
         [[nodiscard]] double currentTimeSeconds() const override { return m_time; }
         void setCurrentTime(double seconds) override { m_time = seconds; }
-        void play() override {
+        void play(FailureHandler onFailure) override {
             if (m_all.playError)
                 throw AudioPlayerError(*m_all.playError);
             m_all.heard.append(QStringLiteral("play %1 at %2").arg(m_file).arg(m_time));
             m_isPlaying = true;
+            m_all.fail = std::move(onFailure);
         }
         void stop() override {
             if (m_isPlaying)

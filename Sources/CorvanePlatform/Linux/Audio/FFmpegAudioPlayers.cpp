@@ -29,15 +29,16 @@ public:
         if (!wasPlaying)
             return;
         try {
-            play();
+            play(m_onFailure);
         } catch (const AudioPlayerError&) {
-            // The server went away while it played: then it has stopped.
+            // The server went away while it played, as the handler was told.
         }
     }
-    void play() override {
+    void play(FailureHandler onFailure) override {
         stop();
+        m_onFailure = std::move(onFailure);
         m_decoder.seek(m_time);
-        m_playback = std::make_unique<PulsePlayback>(m_decoder, m_time);
+        m_playback = std::make_unique<PulsePlayback>(m_decoder, m_time, m_onFailure);
     }
     void stop() override {
         m_time = currentTimeSeconds();
@@ -47,7 +48,8 @@ public:
 private:
     FFmpegDecoder m_decoder;
     double m_duration = 0;
-    double m_time = 0;                         // while it does not play
+    double m_time = 0; // while it does not play
+    FailureHandler m_onFailure;
     std::unique_ptr<PulsePlayback> m_playback; // uses the decoder
 };
 

@@ -16,18 +16,22 @@ public:
     AudioFormat format() override {
         if (m_format)
             return m_format->format;
-        if (const auto target = captureTarget(askServer(answerLimit), m_role))
-            return target->format.format;
-        throw AudioInputError(pulsewords::noDevice(m_role));
+        const auto target = captureTarget(askServer(answerLimit), m_role);
+        if (!target)
+            throw AudioInputError(pulsewords::noDevice(m_role));
+        m_announced = target->format;
+        return m_announced->format;
     }
 
     void start(BufferHandler onBuffer, EventHandler onEvent) override {
+        const auto announced = m_announced;
         stop();
+        m_format = announced;
         m_handlers = {.onBuffer = std::move(onBuffer), .onEvent = std::move(onEvent)};
         try {
             resume();
         } catch (...) {
-            m_handlers = {};
+            stop();
             throw;
         }
     }
@@ -45,13 +49,15 @@ public:
         end();
         m_handlers = {};
         m_format.reset();
+        m_announced.reset();
     }
 
 private:
     void end() { m_capture.reset(); }
 
     CaptureRole m_role;
-    std::optional<CaptureFormat> m_format; // while started
+    std::optional<CaptureFormat> m_format;    // while started
+    std::optional<CaptureFormat> m_announced; // what its next start has to keep to
     PulseCapture::Handlers m_handlers;
     std::unique_ptr<PulseCapture> m_capture; // while not paused
 };

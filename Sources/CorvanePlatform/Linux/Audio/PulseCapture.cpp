@@ -1,6 +1,9 @@
 #include "CorvanePlatform/Linux/Audio/PulseCapture.h"
 
+#include "CorvaneCore/Recording/SystemAudioCapture.h"
+
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace corvane {
@@ -95,6 +98,9 @@ void PulseCapture::watchStart(Clock::time_point now) {
 QString PulseCapture::whyNoFrames() const {
     if (!m_connection)
         return pulsewords::noServer;
+    if (m_role == CaptureRole::systemAudio && m_streamError != 0)
+        return SystemAudioCaptureError::coreAudioStatus(QStringLiteral("pa_stream_connect_record"), m_streamError)
+            .text();
     if (!m_target.source.empty())
         return QStringLiteral("The sound server delivers no sound from %1.").arg(m_target.description);
     return m_server ? pulsewords::noDevice(m_role) : pulsewords::noAnswer;
@@ -120,6 +126,8 @@ void PulseCapture::keepStream(Clock::time_point now) {
     if (m_stream && isStreamLost()) {
         // The next attempt goes by a fresh account, and not at once to a device that cannot be opened.
         m_openAt = m_wasStreamReady ? now : now + retryDelay;
+        if (pa_stream_get_state(m_stream.get()) == PA_STREAM_FAILED)
+            m_streamError = pa_context_errno(m_connection->context());
         dropStream();
         m_server.reset();
         m_connection->renew();
@@ -160,6 +168,7 @@ void PulseCapture::open(const CaptureTarget& target) {
     constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     if (m_stream && pa_stream_connect_record(m_stream.get(), target.source.c_str(), &buffers, flags) == 0)
         return;
+    m_streamError = pa_context_errno(m_connection->context());
     dropStream();
     m_openAt = Clock::now() + retryDelay;
 }
@@ -244,23 +253,37 @@ void PulseCapture::closeHole(Clock::time_point now) {
 void PulseCapture::drain(Clock::time_point now) {
     std::int64_t heard = 0;
     std::int64_t lost = 0;
+    bool hasHeard = false;
     while (readableFrames() > 0) {
         const void* data = nullptr;
         std::size_t bytes = 0;
         if (pa_stream_peek(m_stream.get(), &data, &bytes) != 0 || bytes == 0)
             break;
         const auto frames = static_cast<std::int64_t>(bytes / m_format->format.bytesPerFrame());
-        if (data)
+        const bool isRepeated = data && isSurplusSilence(data, frames, m_timeline->missing(now) - heard);
+        if (data && !isRepeated)
             deliver(data, frames);
-        else // a hole that the server knows of
+        else if (!data) // a hole that the server knows of
             deliverSilence(frames);
-        (data ? heard : lost) += frames;
+        hasHeard |= data != nullptr;
+        if (!isRepeated)
+            (data ? heard : lost) += frames;
         pa_stream_drop(m_stream.get());
     }
-    if (heard > 0)
+    if (hasHeard)
         m_timeline->delivered(heard, now);
     if (lost > 0)
         report(AudioInputEvent::Kind::gap, m_target.description, lost);
+}
+
+// A server that was stalled for long may deliver silence for time in whose place silence was put already. Sound is kept
+// wherever it comes, but that silence would only push the tracks apart.
+bool PulseCapture::isSurplusSilence(const void* frames, std::int64_t count, std::int64_t missing) const {
+    if (-missing < framesIn(settling, m_format->format.sampleRate) + count)
+        return false;
+    const std::span bytes(static_cast<const std::byte*>(frames),
+                          static_cast<std::size_t>(count) * m_format->format.bytesPerFrame());
+    return std::ranges::all_of(bytes, [this](std::byte byte) { return byte == m_silence.front(); });
 }
 
 void PulseCapture::finish(Clock::time_point now) {

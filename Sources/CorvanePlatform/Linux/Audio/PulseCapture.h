@@ -59,6 +59,7 @@ private:
     void endure(Clock::time_point now);
     void closeHole(Clock::time_point now);
     void drain(Clock::time_point now);
+    [[nodiscard]] bool isSurplusSilence(const void* frames, std::int64_t count, std::int64_t missing) const;
     void finish(Clock::time_point now);
     void fill(std::int64_t frames);
     void deliverSilence(std::int64_t frames);
@@ -78,6 +79,7 @@ private:
     CaptureTarget m_target; // what m_stream records
     Clock::time_point m_openAt;
     bool m_wasStreamReady = false;
+    int m_streamError = 0; // why the last stream could not be had, by libpulse's numbers
 
     std::optional<CaptureTimeline> m_timeline;
     std::optional<CaptureHole> m_hole;

@@ -1,7 +1,5 @@
 #include "CorvanePlatform/Linux/Audio/PulsePlayback.h"
 
-#include "CorvaneCore/Interfaces/AudioPlayer.h"
-
 #include <algorithm>
 
 namespace corvane {
@@ -11,15 +9,23 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto startLimit = std::chrono::seconds(3);
+// A server that is well, and one that is not there, show it sooner. One that hangs must not hold up a window.
+constexpr auto startPatience = std::chrono::milliseconds(80);
 constexpr int roundMicroseconds = 20'000;
 constexpr int buffersPerSecond = 3;
 
 } // namespace
 
-PulsePlayback::PulsePlayback(FFmpegDecoder& decoder, double fromSeconds)
-    : m_decoder(decoder), m_from(fromSeconds), m_position(fromSeconds), m_loop(pa_mainloop_new()) {
+PulsePlayback::PulsePlayback(FFmpegDecoder& decoder, double fromSeconds, AudioPlayer::FailureHandler onFailure)
+    : m_decoder(decoder),
+      m_onFailure(std::move(onFailure)),
+      m_from(fromSeconds),
+      m_position(fromSeconds),
+      m_loop(pa_mainloop_new()) {
     auto begun = m_begun.get_future();
     m_thread = std::thread([this] { run(); });
+    if (begun.wait_for(startPatience) != std::future_status::ready)
+        return;
     if (const QString error = begun.get(); !error.isEmpty()) {
         m_thread.join();
         throw AudioPlayerError(error);
@@ -41,8 +47,10 @@ void PulsePlayback::run() {
         if (!runOnce(m_loop.get(), roundMicroseconds))
             break;
     }
-    if (m_isBeginning)
-        begin(m_connection->hasFailed() ? pulsewords::noServer : pulsewords::noAnswer);
+    if (m_isBeginning && !m_isStopping)
+        fail(m_connection->hasFailed() ? pulsewords::noServer : pulsewords::noAnswer);
+    else if (!m_isStopping && m_connection->hasFailed())
+        fail(pulsewords::noServer);
     m_drain.reset();
     m_stream.reset();
     m_connection.reset();
@@ -51,6 +59,13 @@ void PulsePlayback::run() {
 void PulsePlayback::begin(const QString& error) {
     m_isBeginning = false;
     m_begun.set_value(error);
+}
+
+void PulsePlayback::fail(const QString& reason) {
+    if (m_isBeginning)
+        begin(reason);
+    if (m_onFailure)
+        m_onFailure(reason);
 }
 
 // False when there is nothing left to do, or nobody left to do it for.
@@ -62,8 +77,7 @@ bool PulsePlayback::keepGoing() {
     if (!m_stream)
         openStream();
     if (!m_stream || !PA_STREAM_IS_GOOD(pa_stream_get_state(m_stream.get()))) {
-        if (m_isBeginning)
-            begin(QStringLiteral("The sound server takes no sound."));
+        fail(QStringLiteral("The sound server takes no sound."));
         return false;
     }
     if (pa_stream_get_state(m_stream.get()) != PA_STREAM_READY)

@@ -2,6 +2,7 @@
 // is gone or until its destruction. Owned by a player, main thread.
 #pragma once
 
+#include "CorvaneCore/Interfaces/AudioPlayer.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegDecoder.h"
 #include "CorvanePlatform/Linux/Audio/PulseConnection.h"
 
@@ -16,9 +17,8 @@ namespace corvane {
 // The server keeps a third of a second of sound, so that the thread may be late; more would only be thrown away.
 class PulsePlayback {
 public:
-    // Plays from where the decoder stands, which is `fromSeconds`. Throws AudioPlayerError if no server takes the
-    // sound.
-    PulsePlayback(FFmpegDecoder& decoder, double fromSeconds);
+    // Plays from where the decoder stands, which is `fromSeconds`. Throws and reports failures as AudioPlayer::play().
+    PulsePlayback(FFmpegDecoder& decoder, double fromSeconds, AudioPlayer::FailureHandler onFailure);
     ~PulsePlayback();
     PulsePlayback(const PulsePlayback&) = delete;
     PulsePlayback& operator=(const PulsePlayback&) = delete;
@@ -33,8 +33,10 @@ private:
     void write();
     void updatePosition();
     void begin(const QString& error);
+    void fail(const QString& reason);
 
     FFmpegDecoder& m_decoder;
+    const AudioPlayer::FailureHandler m_onFailure;
     const double m_from;
     std::atomic<double> m_position;
 

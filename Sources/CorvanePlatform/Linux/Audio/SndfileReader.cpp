@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/SndfileReader.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -34,6 +35,11 @@ UniqueFd openRegularFile(const QString& path, const QString& name) {
     if (status.st_size == 0)
         fail(name, QStringLiteral("The file is empty"));
     return file;
+}
+
+// With the directory: chunks of both sources have the same names.
+QString nameIn(const QFileInfo& file) {
+    return file.dir().dirName() + QLatin1Char('/') + file.fileName();
 }
 
 std::optional<AudioFormat::Sample> sampleOf(int format) {
@@ -83,7 +89,7 @@ std::optional<std::int64_t> startOfUnfinishedSamples(int fd) {
 } // namespace
 
 SndfileReader::SndfileReader(const QString& path)
-    : m_name(QFileInfo(path).fileName()), m_descriptor(openRegularFile(path, m_name)) {
+    : m_name(nameIn(QFileInfo(path))), m_descriptor(openRegularFile(path, m_name)) {
     SF_INFO info{};
     m_file.reset(sf_open_fd(m_descriptor.get(), SFM_READ, &info, SF_FALSE));
     if (!m_file || !isWave(info.format))
@@ -120,8 +126,30 @@ std::size_t SndfileReader::readRaw(std::span<std::byte> bytes) {
 }
 
 std::size_t SndfileReader::readFloat(std::span<float> samples) {
+    if (m_format.sample == AudioFormat::Sample::signed16)
+        return readIntegers(samples);
     return framesRead(sf_read_float(m_file.get(), samples.data(), static_cast<sf_count_t>(samples.size())),
                       m_format.channels);
+}
+
+// The same values as sf_read_float gives, which reads and converts no more than 8 KiB at a time.
+std::size_t SndfileReader::readIntegers(std::span<float> samples) {
+    constexpr float scale = 1.0F / 32'768.0F;
+    constexpr std::size_t mostSamples = 32 * 1024;
+    const auto perFrame = static_cast<std::size_t>(m_format.channels);
+    const std::size_t most = std::max(mostSamples / perFrame, std::size_t{1}) * perFrame;
+    const std::size_t wanted = std::min(samples.size(), most);
+    m_integers.resize(std::max(m_integers.size(), wanted));
+    const sf_count_t count = sf_read_short(m_file.get(), m_integers.data(), static_cast<sf_count_t>(wanted));
+    const std::size_t frames = framesRead(count, m_format.channels);
+    std::transform(m_integers.begin(), m_integers.begin() + std::max<sf_count_t>(count, 0), samples.begin(),
+                   [](std::int16_t sample) { return static_cast<float>(sample) * scale; });
+    return frames;
+}
+
+void SndfileReader::seek(std::int64_t frame) {
+    if (sf_seek(m_file.get(), frame, SEEK_SET) != frame)
+        fail(m_name, QString::fromUtf8(sf_strerror(m_file.get())));
 }
 
 std::size_t SndfileReader::framesRead(std::int64_t count, std::int64_t perFrame) const {

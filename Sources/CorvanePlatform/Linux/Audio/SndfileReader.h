@@ -7,6 +7,7 @@
 #include <sndfile.h>
 
 #include <memory>
+#include <vector>
 
 namespace corvane {
 
@@ -19,6 +20,7 @@ public:
     [[nodiscard]] std::int64_t frameCount() const override { return m_frameCount; }
     [[nodiscard]] std::size_t readRaw(std::span<std::byte> bytes) override;
     [[nodiscard]] std::size_t readFloat(std::span<float> samples) override;
+    void seek(std::int64_t frame) override;
 
 private:
     struct Close {
@@ -26,6 +28,7 @@ private:
     };
     // Reads on from where the samples of a file begin whose writer ended before it could say how many there are.
     void readUnfinished(std::int64_t firstByte, int encoding);
+    [[nodiscard]] std::size_t readIntegers(std::span<float> samples);
     [[nodiscard]] std::size_t framesRead(std::int64_t count, std::int64_t perFrame) const;
 
     QString m_name;
@@ -33,6 +36,7 @@ private:
     std::unique_ptr<SNDFILE, Close> m_file;
     AudioFormat m_format;
     std::int64_t m_frameCount = 0;
+    std::vector<std::int16_t> m_integers;
 };
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 // The WAV file that grows. Every write is followed by a true header, so that a killed process leaves a whole file, and
-// a thread of its own hands it to the disk once a second. Owned by a recorder or a joiner, one thread at a time.
+// a thread of its own hands it to the disk once a second, or sooner when it grows fast. Owned by a recorder or a
+// joiner, one thread at a time.
 #pragma once
 
 #include "CorvaneCore/Interfaces/AudioFiles.h"
@@ -25,8 +26,9 @@ public:
     void close() override;
 
 private:
-    void flushEverySecond();
+    void flushNowAndThen();
     void flush();
+    void wakeFlusher();
     // False with errno.
     bool writeHeader();
     // 0 or the errno of what went wrong since the file was made.
@@ -38,9 +40,11 @@ private:
     UniqueFd m_file;
     std::uint64_t m_headerBytes = 0;
     std::uint64_t m_dataBytes = 0;
+    std::uint64_t m_handedOverBytes = 0; // of the data, when the flusher was last woken
     std::atomic<bool> m_unflushed = true;
     std::atomic<int> m_flushError = 0;
-    UniqueFd m_end; // becomes readable when the flusher has to end
+    std::atomic<bool> m_ending = false;
+    UniqueFd m_wake; // becomes readable when the flusher has something to do before its second is over
     std::thread m_flusher;
 };
 
