@@ -56,3 +56,46 @@ TEST(PlaybackTest, IsClampedToTheFileAndEndsByItself) {
     EXPECT_EQ(playbackTimestampText(-1), u"00:00:00");
     EXPECT_EQ(playbackTimestampText(360'000), u"100:00:00");
 }
+
+TEST(PlaybackTest, PlaysASpeakersExamplesOneAfterTheOther) {
+    const DataDirectoryBuilder data;
+    ModelFixture fixture{data.paths};
+    const auto status = [](AppModel& shown) { return shown.status().statusMessage(); };
+    writeFileAtomically(data.recording(QStringLiteral("a.wav")), "x");
+    AppModel& model = fixture.start();
+    const auto speaker = [](const char* label, std::vector<TranscriptExample> examples) {
+        return TranscriptSpeaker{.speaker = QString::fromUtf8(label), .duration = 1, .examples = std::move(examples)};
+    };
+    const TranscriptSpeaker ada = speaker("A", {{7, 7.1, {}}, {-2, -1.9, {}}, {3, 3, {}}, {99, 100, {}}});
+    const TranscriptSpeaker bob = speaker("B", {{1, 9, {}}});
+    const QStringList& heard = fixture.audioPlayers->heard;
+    model.toggleSpeakerExamplesPlayback(speaker("C", {{3, 3, {}}}));
+    EXPECT_FALSE(model.playback().isPlayingAudio()) << "nothing to play";
+
+    QElapsedTimer clock;
+    clock.start();
+    model.toggleSpeakerExamplesPlayback(ada);
+    EXPECT_EQ(status(model), u"Playing examples for A");
+    EXPECT_EQ(model.playback().playingSpeakerExamplesFor(), u"A");
+    EXPECT_TRUE(ModelFixture::until([&] { return !model.playback().isPlayingAudio(); }));
+    EXPECT_GE(clock.elapsed(), 3 * 490) << "the shortest is heard for half a second";
+    EXPECT_EQ(heard.join(QLatin1Char(',')),
+              u"play a.wav at 0,end a.wav,play a.wav at 7,end a.wav,play a.wav at 10,end a.wav");
+    EXPECT_FALSE(model.playback().playingSpeakerExamplesFor());
+
+    model.toggleSpeakerExamplesPlayback(ada);
+    model.toggleSpeakerExamplesPlayback(bob);
+    EXPECT_TRUE(ModelFixture::until([&] { return heard.last() == u"play a.wav at 1"; }));
+    EXPECT_EQ(model.playback().playingSpeakerExamplesFor(), u"B");
+    model.playAudio(5); // the two kinds exclude each other
+    EXPECT_FALSE(model.playback().playingSpeakerExamplesFor());
+    EXPECT_EQ(heard.last(), u"play a.wav at 5");
+    model.toggleSpeakerExamplesPlayback(bob);
+    model.toggleSpeakerExamplesPlayback(bob);
+    EXPECT_FALSE(model.playback().isPlayingAudio());
+
+    fixture.audioPlayers->openError = QStringLiteral("damaged");
+    model.toggleSpeakerExamplesPlayback(bob);
+    EXPECT_TRUE(ModelFixture::until([&] { return !model.playback().isPlayingAudio(); }));
+    EXPECT_EQ(status(model), u"Failed to play examples: damaged");
+}

@@ -20,6 +20,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     connect(&m_playback, &PlaybackPart::playbackFailed, this,
             [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
+    connect(&m_playback, &PlaybackPart::examplesFailed, this,
+            [this](const QString& reason) { say(QStringLiteral("Failed to play examples: ") + reason); });
     connect(&m_speakerReview, &SpeakerReviewPart::saveWanted, this, &AppModel::saveSpeakerMappings);
     connect(&m_profileRenameTimer, &QTimer::timeout, this, &AppModel::renameInNextRun);
     try {

@@ -131,6 +131,8 @@ public:
     // Playback (AppModelPlayback.cpp)
     void toggleAudioPlayback();
     void playAudio(double fromSeconds);
+    // Plays a speaker's first examples, or ends that. The same control does both.
+    void toggleSpeakerExamplesPlayback(const TranscriptSpeaker& speaker);
     void stopAudioPlayback();
 
     // Processing (AppModelProcessing.cpp)

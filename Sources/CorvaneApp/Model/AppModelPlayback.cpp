@@ -1,6 +1,7 @@
 // Playing the meeting's audio.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneCore/Library/FileNames.h"
+#include "CorvaneCore/Transcripts/SpeakerReview.h"
 
 namespace corvane {
 
@@ -24,6 +25,19 @@ void AppModel::playAudio(double fromSeconds) {
     } catch (const AudioPlayerError& error) {
         say(QStringLiteral("Failed to play audio: ") + error.text());
     }
+}
+
+void AppModel::toggleSpeakerExamplesPlayback(const TranscriptSpeaker& speaker) {
+    if (m_playback.playingSpeakerExamplesFor() == speaker.speaker) {
+        stopAudioPlayback();
+        return;
+    }
+    const auto audio = currentAudioURL();
+    const auto examples = playableExamples(speaker.examples);
+    if (!audio || examples.empty())
+        return;
+    m_playback.playExamples(speaker.speaker, *audio, examples);
+    say(QStringLiteral("Playing examples for ") + speaker.speaker);
 }
 
 void AppModel::stopAudioPlayback() {
