@@ -6,6 +6,15 @@ set -eu
 out=
 audio=
 echo "$*" >"${FAKE_WORKER_ARGUMENTS:-/dev/null}"
+
+# speaker-profiles extract --run-dir RUN --speaker LABEL --out FILE
+if [ "$1" = speaker-profiles ]; then
+    [ "$FAKE_WORKER" = complete ] || { echo "no speech" && exit 3; }
+    [ "$6" = SPEAKER_00 ] && vector='1, 0' || vector='0, 1'
+    printf '{"speaker": "%s", "embedding": [%s], "model_id": "corvane-acoustic-v1", "dimension": 2,
+        "sample_count": 1, "total_speech_seconds": 1.5, "source_run_id": "%s"}' "$6" "$vector" "${4##*/}" >"$8"
+    exit 0
+fi
 while [ $# -gt 0 ]; do
     case $1 in
     --out-dir) out=$2 ;;

@@ -30,6 +30,13 @@ QString messageOf(sqlite3* connection) {
 // SQLite copies what is bound, so that a parameter need not outlive the call.
 const sqlite3_destructor_type copyIt = SQLITE_TRANSIENT;
 
+// Of a store with many voices half the time of a query is a system call and a copy for each page; a mapping saves both.
+// It can only be set before SQLite's first use in the process; later it is refused, and pages are read one by one.
+void readThroughMapping() {
+    constexpr sqlite3_int64 most = 1LL << 30; // bytes of the file; what lies behind is read as ever
+    [[maybe_unused]] static const int result = sqlite3_config(SQLITE_CONFIG_MMAP_SIZE, most, most);
+}
+
 struct Binder {
     sqlite3_stmt* statement;
     int position;
@@ -120,8 +127,7 @@ SqliteConnection::SqliteConnection(const QString& path) {
     // SQLite would make the file readable by everyone. One that is there already is left as it is.
     if (QFile file(path); file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner))
         file.close();
-    [[maybe_unused]] static const int configured =
-        getenv("MM") ? sqlite3_config(SQLITE_CONFIG_MMAP_SIZE, sqlite3_int64{1} << 30, sqlite3_int64{1} << 30) : 0;
+    readThroughMapping();
     sqlite3* connection = nullptr;
     const int result = sqlite3_open(path.toUtf8().constData(), &connection);
     m_connection.reset(connection); // there even after a failure, to be asked why
