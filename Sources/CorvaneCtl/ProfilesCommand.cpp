@@ -15,7 +15,7 @@ namespace {
 
 // The operands behind the action.
 QStringList operands(const Session& session, qsizetype minimum, qsizetype maximum, const char* form) {
-    const QStringList given = session.line().operands.mid(1);
+    QStringList given = session.line().operands.mid(1);
     if (given.size() < minimum || given.size() > maximum)
         throw UsageError(QStringLiteral("it is: corvanectl profiles %1").arg(QString::fromUtf8(form)));
     return given;

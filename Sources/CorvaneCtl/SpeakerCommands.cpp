@@ -79,13 +79,12 @@ void removeLink(Session& session, const QString& label) {
 QJsonObject speakerJson(Session& session, const MeetingListItem& meeting, const QString& label) {
     const auto& result = session.model().detail().transcriptResult();
     QJsonObject json{{QStringLiteral("meeting"), meeting.id}};
-    for (const QJsonValue& speaker : result ? speakersJson(*result) : QJsonArray()) {
-        if (speaker[QStringLiteral("label")].toString() != label)
-            continue;
-        json.insert(QStringLiteral("label"), label);
-        json.insert(QStringLiteral("name"), speaker[QStringLiteral("name")]);
-        json.insert(QStringLiteral("profile"), speaker[QStringLiteral("profile")]);
-    }
+    json.insert(QStringLiteral("label"), label);
+    json.insert(QStringLiteral("name"), result ? textOrNull(speakerName(*result, label)) : QJsonValue());
+    const auto& links = session.model().speakerReview().speakerProfileAssignments();
+    const auto link = links.find(label);
+    json.insert(QStringLiteral("profile"),
+                link == links.end() ? QJsonValue() : QJsonValue(uuidText(link->second.profileID)));
     return json;
 }
 

@@ -115,6 +115,15 @@ TEST_F(JoiningTest, AChunkOfAnotherFormatIsConvertedToTheFirstOnes) {
     EXPECT_EQ(samples[2 * 4799 + 1], -0.5F);
     EXPECT_NEAR(samples[2 * 28'000], 0.5, 1e-4);
     EXPECT_NEAR(samples[2 * 28'000 + 1], 0.5, 1e-4);
+
+    // Where only the type of the samples differs each channel stays what it is.
+    const AudioFormat stereo{.sampleRate = 48'000, .channels = 2, .sample = AudioFormat::Sample::signed16};
+    writeWav(at("!.wav"), stereo, std::vector<std::int16_t>{8192, -8192});
+    AudioChunkConcatenator::concatenate(files, {at("!.wav"), first}, at("pairs.wav"));
+    const auto pairs = readWav<std::int16_t>(at("pairs.wav"));
+    ASSERT_EQ(pairs.size(), 2U + 2 * 4800);
+    EXPECT_EQ(pairs[2], 8192);
+    EXPECT_EQ(pairs[3], -16'384);
 }
 
 TEST_F(JoiningTest, AChunkThatCannotBeReadEndsTheWorkAndIsNamed) {

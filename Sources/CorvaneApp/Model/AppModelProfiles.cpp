@@ -158,7 +158,7 @@ QFuture<bool> AppModel::propagateSpeakerProfileDisplayName(const QUuid& profileI
         rename.runs.push_back(m_paths.runs() + QLatin1Char('/') + run);
     std::reverse(rename.runs.begin(), rename.runs.end());
     rename.done.start();
-    const QFuture<bool> done = rename.done.future();
+    QFuture<bool> done = rename.done.future();
     m_profileRenames.push_back(std::move(rename));
     m_profileRenameTimer.start();
     return done;

@@ -25,10 +25,13 @@ public:
         : m_files(files), m_path(path), m_format(format), m_output(files.create(path, format)), m_block(blockBytes) {}
 
     void append(AudioFileReader& chunk, const std::function<void(std::size_t)>& advanced) {
-        if (chunk.format() == m_format)
+        const AudioFormat format = chunk.format();
+        if (format == m_format)
             appendAsItIs(chunk, advanced);
+        else if (format.sampleRate == m_format.sampleRate && format.channels == m_format.channels)
+            appendEncoded(chunk, advanced);
         else
-            appendConverted(chunk, advanced);
+            appendAsMono(chunk, advanced);
     }
 
     void close() { m_output->close(); }
@@ -42,15 +45,29 @@ private:
         }
     }
 
+    // Only the type of the samples differs: every channel stays what it is.
+    void appendEncoded(AudioFileReader& chunk, const std::function<void(std::size_t)>& advanced) {
+        const auto channels = static_cast<std::size_t>(m_format.channels);
+        std::vector<float> samples(4096 * channels);
+        while (const std::size_t frames = chunk.readFloat(samples)) {
+            write(std::span(samples).first(frames * channels));
+            advanced(frames);
+        }
+    }
+
     // The device has changed between two chunks. The whole has one format; every channel gets the chunk's mono sound.
-    void appendConverted(AudioFileReader& chunk, const std::function<void(std::size_t)>& advanced) {
+    void appendAsMono(AudioFileReader& chunk, const std::function<void(std::size_t)>& advanced) {
         MonoStream mono(m_files, chunk, m_format.sampleRate);
         std::vector<float> samples(4096);
         while (const std::size_t count = mono.read(samples)) {
-            const auto frames = spreadMono(std::span(samples).first(count), m_format);
-            writeAll(*m_output, m_path, frames.data(), count);
+            write(spreadMono(std::span(samples).first(count), m_format.channels));
             advanced(count);
         }
+    }
+
+    void write(std::span<const float> samples) {
+        writeAll(*m_output, m_path, encodeSamples(samples, m_format).data(),
+                 samples.size() / static_cast<std::size_t>(m_format.channels));
     }
 
     AudioFiles& m_files;

@@ -97,6 +97,7 @@ QString AudioFileMixer::mix(AudioFiles& files, const QString& primary, const QSt
     while (sources.size() < rendererCount(*sources.front(), total))
         sources.push_back(std::make_unique<Sources>(files, primary, secondary));
     std::vector<RenderAhead::Renderer> renderers;
+    renderers.reserve(sources.size());
     for (const auto& each : sources)
         renderers.emplace_back([&each](std::size_t start, std::span<float> mixed) { each->render(start, mixed); });
 

@@ -145,15 +145,22 @@ std::size_t MonoStream::readMono(std::span<float> samples) {
     return filled;
 }
 
-std::vector<std::byte> spreadMono(std::span<const float> samples, const AudioFormat& format) {
-    const auto channels = static_cast<std::size_t>(format.channels);
+std::vector<std::byte> encodeSamples(std::span<const float> samples, const AudioFormat& format) {
     const std::size_t width = format.bytesPerSample();
-    std::vector<std::byte> frames(samples.size() * format.bytesPerFrame());
-    std::byte* target = frames.data();
+    std::vector<std::byte> bytes(samples.size() * width);
+    std::byte* target = bytes.data();
     for (const float sample : samples) {
-        for (std::size_t channel = 0; channel < channels; ++channel, target += width)
-            encodeSample(sample, format.sample, target);
+        encodeSample(sample, format.sample, target);
+        target += width;
     }
+    return bytes;
+}
+
+std::vector<float> spreadMono(std::span<const float> samples, int channels) {
+    std::vector<float> frames;
+    frames.reserve(samples.size() * static_cast<std::size_t>(channels));
+    for (const float sample : samples)
+        frames.insert(frames.end(), static_cast<std::size_t>(channels), sample);
     return frames;
 }
 

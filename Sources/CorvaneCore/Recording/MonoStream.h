@@ -54,8 +54,10 @@ private:
     bool m_inputEnded = false;
 };
 
-// Interleaved frames in `format` with the same sound in every channel. Values beyond full scale are clipped where the
-// format is of integers.
-[[nodiscard]] std::vector<std::byte> spreadMono(std::span<const float> samples, const AudioFormat& format);
+// The bytes of interleaved samples as `format` has them. Values beyond full scale are clipped where it is of integers.
+[[nodiscard]] std::vector<std::byte> encodeSamples(std::span<const float> samples, const AudioFormat& format);
+
+// Interleaved frames with the same sound in every channel.
+[[nodiscard]] std::vector<float> spreadMono(std::span<const float> samples, int channels);
 
 } // namespace corvane

@@ -14,9 +14,9 @@ namespace corvane {
 enum class SystemAudioCaptureMode { off, coreAudio };
 
 inline constexpr std::array allSystemAudioCaptureModes{SystemAudioCaptureMode::off, SystemAudioCaptureMode::coreAudio};
-[[nodiscard]] QString rawValue(SystemAudioCaptureMode mode); // "off", "coreAudio"
-[[nodiscard]] std::optional<SystemAudioCaptureMode> systemAudioCaptureMode(const QString& rawValue);
-[[nodiscard]] QString title(SystemAudioCaptureMode mode); // for a user to read
+[[nodiscard]] QString rawValue(SystemAudioCaptureMode mode);                                     // "off", "coreAudio"
+[[nodiscard]] std::optional<SystemAudioCaptureMode> systemAudioCaptureMode(const QString& text); // by its raw value
+[[nodiscard]] QString title(SystemAudioCaptureMode mode);                                        // for a user to read
 
 namespace SystemAudioCaptureSettings {
 // At every launch; the choice is not kept.
