@@ -32,7 +32,7 @@ QByteArray safeJson(const QByteArray& json) {
 
 Session::Session(CommandLine line, AppServices services, Terminal& terminal)
     : m_line(std::move(line)), m_services(std::move(services)), m_terminal(terminal), m_paths(pathsOf(m_line)) {
-    m_services.voiceMatching = VoiceMatching::never;
+    m_services.surface = Surface::command;
 }
 
 Session::~Session() = default;

@@ -16,7 +16,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_recording(m_services.clock),
       m_playback(m_services.audioPlayers),
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock),
-      m_voiceProfiles(m_paths.database(), m_services.clock) {
+      m_voiceProfiles(m_paths.database(), m_services.clock),
+      m_notion(m_services.defaults) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     connect(&m_playback, &PlaybackPart::playbackFailed, this,
             [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
@@ -30,10 +31,14 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
         // The operations that need the directories say so when they are used.
     }
     m_library.restoreLatestRecording();
+    if (m_services.surface == Surface::window)
+        refreshNotionSettings();
     reloadSpeakerProfiles();
     reloadMeetings();
     restoreLatestMeeting();
     restoreSidebarSelection();
+    refreshSelectedNotionPageURL();
+    connect(&m_library, &LibraryPart::selectedSidebarItemChanged, this, &AppModel::refreshSelectedNotionPageURL);
     startPolling();
 }
 

@@ -8,6 +8,7 @@
 #include "CorvaneApp/Model/JobsPart.h"
 #include "CorvaneApp/Model/LibraryPart.h"
 #include "CorvaneApp/Model/MeetingDetailPart.h"
+#include "CorvaneApp/Model/NotionPart.h"
 #include "CorvaneApp/Model/PlaybackPart.h"
 #include "CorvaneApp/Model/RecordingPart.h"
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
@@ -32,7 +33,9 @@
 
 namespace corvane {
 
+class NotionClient;
 class RunIdentity;
+struct NotionDatabaseInfo;
 struct VoiceExtraction;
 
 class AppModel final : public QObject {
@@ -53,6 +56,7 @@ public:
     [[nodiscard]] JobsPart& jobs() { return m_jobs; }
     [[nodiscard]] SpeakerReviewPart& speakerReview() { return m_speakerReview; }
     [[nodiscard]] VoiceProfilesPart& voiceProfiles() { return m_voiceProfiles; }
+    [[nodiscard]] NotionPart& notion() { return m_notion; }
     [[nodiscard]] const AppPaths& paths() const { return m_paths; }
 
     // Derived from the parts and the disk.
@@ -114,6 +118,21 @@ public:
     bool updateVoiceProfileMatchingEnabled(bool enabled);
     bool updateVoiceProfileMatchingThreshold(double threshold); // clamped to 0 to 1
 
+    // Notion (AppModelNotion.cpp). The futures say whether it was done; the status line tells why not.
+    void refreshNotionSettings();
+    QFuture<bool> saveNotionToken(const QString& token);
+    QFuture<bool> deleteNotionToken();
+    void updateNotionDatabaseURL(const QString& url);
+    // Reads the database's title and columns, and chooses columns where the user has not.
+    QFuture<bool> fetchNotionDatabaseTitle();
+    // What to do about pages that the meeting has already: with `ask` nothing is published, and
+    // pendingNotionReplacementPages holds them.
+    enum class WhenPageExists { ask, replace, createNew };
+    // Publishes the shown meeting as a page, as it is on screen now.
+    QFuture<bool> syncSelectedMeetingToNotion(WhenPageExists whenPageExists);
+    // False if there is no page, or nothing to open it with.
+    bool openSelectedNotionPage();
+
     // Recording (AppModelRecording.cpp)
     void startRecording(const std::optional<QString>& suggestedTitle);
     void pauseRecording();
@@ -144,6 +163,7 @@ public:
 private:
     struct LaunchWish;
     struct MatchingTask;
+    struct NotionSync;
     struct VoiceUpdate;
     // A person's new name on its way through the stored runs.
     struct ProfileRename {
@@ -200,6 +220,20 @@ private:
     bool changeProfiles(const char* failure, const QString& success, const std::function<void(LocalStore&)>& change);
     QFuture<bool> propagateSpeakerProfileDisplayName(const QUuid& profileID, const QString& displayName);
     void renameInNextRun();
+    QFuture<bool> changeNotionToken(const char* failure, const std::function<void(SecretStoring&)>& change);
+    [[nodiscard]] NotionClient notionClient(const QString& token);
+    QFuture<bool> fetchNotionDatabase(const QString& token);
+    void takeNotionDatabase(const NotionDatabaseInfo& database);
+    void refreshSelectedNotionPageURL();
+    // The steps of a sync, in this order.
+    void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const QString& token);
+    void findNotionPages(const std::shared_ptr<NotionSync>& sync, const NotionDatabaseInfo& database);
+    void decideOnNotionPages(const std::shared_ptr<NotionSync>& sync);
+    void archiveNextNotionPage(const std::shared_ptr<NotionSync>& sync);
+    void createNotionPage(const std::shared_ptr<NotionSync>& sync);
+    void inNotionSync(const std::shared_ptr<NotionSync>& sync, const std::function<void()>& step);
+    void refuseNotionSync(const QString& reason);
+    static void endNotionSync(const std::shared_ptr<NotionSync>& sync, bool done);
     [[nodiscard]] std::optional<MeetingDraftMetadata> readDraft(const QString& meetingID) const;
     void writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const;
     void say(const QString& message) { m_status.setStatusMessage(message); }
@@ -216,6 +250,7 @@ private:
     JobsPart m_jobs;
     SpeakerReviewPart m_speakerReview;
     VoiceProfilesPart m_voiceProfiles;
+    NotionPart m_notion;
     // Runs that were compared with the known voices since the start, whatever came of it: once is enough.
     std::set<QString> m_matchedRunIDs;
     std::deque<ProfileRename> m_profileRenames;

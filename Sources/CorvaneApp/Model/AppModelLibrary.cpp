@@ -112,7 +112,7 @@ void AppModel::refreshRun() {
         // A name that is still being typed is newer than the file, and its save brings the next refresh.
         if (!m_speakerReview.isSaveDue())
             m_speakerReview.load(*result);
-        if (m_services.voiceMatching == VoiceMatching::whenShown)
+        if (m_services.surface == Surface::window)
             startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), run);
     }
     if (m_jobs.jobState())

@@ -8,6 +8,7 @@
 #include "CorvaneCore/Interfaces/AudioPlayer.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 #include "CorvaneCore/Interfaces/FileTree.h"
+#include "CorvaneCore/Interfaces/HttpClient.h"
 #include "CorvaneCore/Interfaces/ProcessLauncher.h"
 #include "CorvaneCore/Interfaces/SecretStoring.h"
 #include "CorvaneCore/Interfaces/UserDefaults.h"
@@ -18,9 +19,9 @@
 
 namespace corvane {
 
-// Whether showing a run may set the worker to compare its voices with the known ones, where the user has switched that
-// on. A command that only looks something up must not.
-enum class VoiceMatching { whenShown, never };
+// Who looks at the model: a window that shows all it holds, or a command that asks for one thing. For a command nothing
+// is begun that it did not ask for: no voices are compared because a run is shown, no token store is asked.
+enum class Surface { window, command };
 
 struct AppServices {
     std::shared_ptr<SecretStoring> tokenStore;
@@ -32,6 +33,7 @@ struct AppServices {
     std::shared_ptr<AudioFiles> waveFiles;
     std::shared_ptr<AudioPlayers> audioPlayers;
     std::shared_ptr<Workspace> workspace;
+    std::shared_ptr<HttpClient> http;
     std::shared_ptr<const Clock> clock;
 
     // Of the running process, for finding the worker.
@@ -42,7 +44,7 @@ struct AppServices {
     // New and resumed recordings alike. A crash costs a part of the open chunk at most.
     double chunkDurationSeconds = 90.0;
 
-    VoiceMatching voiceMatching = VoiceMatching::whenShown;
+    Surface surface = Surface::window;
 };
 
 } // namespace corvane

@@ -4,10 +4,11 @@
 
 #include "CorvaneApp/Model/ModelPart.h"
 #include "CorvaneCore/Interfaces/UserDefaults.h"
-#include "CorvaneCore/Notion/NotionTypes.h"
+#include "CorvaneCore/Notion/NotionDatabase.h"
 
 #include <QUuid>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>

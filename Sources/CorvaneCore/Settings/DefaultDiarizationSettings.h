@@ -3,19 +3,11 @@
 #pragma once
 
 #include "CorvaneCore/Interfaces/UserDefaults.h"
+#include "CorvaneCore/Settings/DefaultsKeys.h"
 
 #include <QString>
 
 namespace corvane {
-
-namespace defaultsKeys {
-inline const QString diarizationEnabled = QStringLiteral("defaultDiarizationEnabled");
-inline const QString speakerCountMode = QStringLiteral("defaultSpeakerCountMode");
-inline const QString speakerCount = QStringLiteral("defaultSpeakerCount");
-inline const QString minSpeakerCount = QStringLiteral("defaultMinSpeakerCount");
-inline const QString maxSpeakerCount = QStringLiteral("defaultMaxSpeakerCount");
-inline const QString useOllamaSpeakerContext = QStringLiteral("useOllamaSpeakerContext");
-} // namespace defaultsKeys
 
 class DefaultDiarizationSettings {
 public:
