@@ -1,0 +1,39 @@
+#include "CorvanePlatform/Linux/Network/QtHttpClient.h"
+
+#include "CorvanePlatform/Linux/Network/HttpExchange.h"
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+bool isOneLine(const QByteArray& text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+}
+
+// A line end within a header would begin another header, or the body.
+bool isUsable(const HttpRequest& request) {
+    return request.url.isValid() && !request.url.host().isEmpty() &&
+           (request.url.scheme() == u"https" || request.url.scheme() == u"http") &&
+           std::all_of(request.headers.begin(), request.headers.end(),
+                       [](const HttpHeader& one) { return isOneLine(one.name) && isOneLine(one.value); });
+}
+
+} // namespace
+
+QtHttpClient::~QtHttpClient() {
+    if (m_network)
+        HttpExchange::endAll(*m_network);
+}
+
+QFuture<Outcome<HttpAnswer>> QtHttpClient::send(const HttpRequest& request) {
+    if (!isUsable(request))
+        return QtFuture::makeReadyFuture(Outcome<HttpAnswer>(std::make_exception_ptr(
+            HttpError(HttpError::Kind::unusableRequest, QStringLiteral("The address or a header cannot be used.")))));
+    if (!m_network)
+        m_network = std::make_unique<QNetworkAccessManager>();
+    return HttpExchange::start(*m_network, request);
+}
+
+} // namespace corvane
