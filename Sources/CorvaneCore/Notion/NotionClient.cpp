@@ -59,7 +59,7 @@ QFuture<Outcome<NotionPageMatch>> NotionClient::createMeetingPage(const QString&
                                                                   const NotionMeeting& meeting) const {
     const auto publication = std::make_shared<Publication>();
     publication->done.start();
-    const auto future = publication->done.future();
+    auto future = publication->done.future();
     QJsonObject body;
     try {
         const QJsonObject properties = notionPageProperties(meeting);
@@ -122,7 +122,7 @@ QFuture<Outcome<JSONValue::Object>> NotionClient::request(const QString& path, c
 JSONValue::Object notionAnswer(const HttpAnswer& answer) {
     const JsonDocument document(answer.body);
     const JSONValue content = document.root().free();
-    const JSONValue::Object object = content.objectValue() ? *content.objectValue() : JSONValue::Object();
+    JSONValue::Object object = content.objectValue() ? *content.objectValue() : JSONValue::Object();
     if (answer.status < 200 || answer.status > 299)
         throw NotionError::requestFailed(
             stringAt(object, QStringLiteral("message")).value_or(httpStatusText(answer.status)));

@@ -146,19 +146,19 @@ void HttpExchange::readMore() {
 
 void HttpExchange::replyFinished() {
     const auto error = m_reply->error();
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // The library finds that it cannot send the body of a request again only after it was told to go elsewhere.
+    if (status >= 300 && status < 400 && m_reply->hasRawHeader("Location")) {
+        fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
+        return;
+    }
     if (!isAnswer(error)) {
         fail(kindOf(error), m_reply->errorString());
         return;
     }
     readMore();
-    if (!m_reply)
-        return;
-    const HttpAnswer whole = answer();
-    const bool sendsElsewhere = whole.status >= 300 && whole.status < 400 && !whole.header("Location").isEmpty();
-    if (sendsElsewhere)
-        fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
-    else
-        finish(whole);
+    if (m_reply)
+        finish(answer());
 }
 
 HttpAnswer HttpExchange::answer() const {
