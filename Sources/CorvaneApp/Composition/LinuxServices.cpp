@@ -6,6 +6,7 @@
 #include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+#include "CorvanePlatform/Linux/Network/QtHttpClient.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
@@ -65,6 +66,7 @@ AppServices makeLinuxServices() {
     services.waveFiles = std::make_shared<SndfileAudioFiles>();
     services.audioPlayers = std::make_shared<FFmpegAudioPlayers>();
     services.workspace = makeWorkspace(services.processes);
+    services.http = std::make_shared<QtHttpClient>();
     services.clock = std::make_shared<SystemClock>();
     services.environment = ownEnvironment();
     services.currentDirectory = QDir::currentPath();

@@ -6,6 +6,7 @@
 #include "Support/Fakes/FakeAudioInputs.h"
 #include "Support/Fakes/FakeAudioPlayers.h"
 #include "Support/Fakes/FakeClock.h"
+#include "Support/Fakes/FakeHttpClient.h"
 #include "Support/Fakes/FakeProcessLauncher.h"
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
@@ -35,6 +36,8 @@ public:
     std::shared_ptr<FailingAudioFiles> waveFiles = std::make_shared<FailingAudioFiles>();
     std::shared_ptr<FakeAudioPlayers> audioPlayers = std::make_shared<FakeAudioPlayers>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
+    FakeNotionService notion;
+    std::shared_ptr<FakeHttpClient> http = std::make_shared<FakeHttpClient>(notion);
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     QString worker; // an executable file, or "" for none
 
@@ -50,6 +53,7 @@ public:
                              .waveFiles = waveFiles,
                              .audioPlayers = audioPlayers,
                              .workspace = workspace,
+                             .http = http,
                              .clock = clock,
                              .environment = {{QStringLiteral("CORVANE_WORKER_PATH"), worker}},
                              .currentDirectory = QStringLiteral("/nowhere"),
