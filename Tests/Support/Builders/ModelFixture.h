@@ -10,6 +10,7 @@
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
 #include "Support/Fakes/InMemoryUserDefaults.h"
+#include "Support/PrintQt.h"
 
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
@@ -51,8 +52,8 @@ public:
                              .audioPlayers = audioPlayers,
                              .workspace = workspace,
                              .clock = clock,
-                             .environment = {{QStringLiteral("CORVANE_WORKER_PATH"), worker}},
-                             .currentDirectory = QStringLiteral("/nowhere"),
+                             .environment = {{u"CORVANE_WORKER_PATH"_s, worker}},
+                             .currentDirectory = u"/nowhere"_s,
                              .bundleResourceDirectory = std::nullopt};
         m_model = std::make_unique<AppModel>(m_paths, std::move(services));
         return *m_model;
