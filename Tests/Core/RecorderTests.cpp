@@ -5,7 +5,6 @@
 #include "Support/PrintQt.h"
 #include "Support/WavFiles.h"
 
-#include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneCore/Library/MeetingMetadata.h"
 #include "CorvaneCore/Recording/CaptureWarnings.h"
@@ -190,33 +189,6 @@ TEST_F(RecorderTest, AFullDiskIsCountedAndWarnedOfOnce) {
               u"Recording: the sound of the microphone is written again");
     microphone->stop();
     EXPECT_EQ(recorded().size(), 1600U);
-}
-
-TEST_F(RecorderTest, AStartOrResumeThatFailsCanBeTriedAgain) {
-    device->formatError = u"no microphone"_s;
-    EXPECT_EQ(errorOf([this] { microphone->start(); }), u"no microphone");
-    device->formatError.reset();
-    device->startError = u"busy"_s;
-    EXPECT_EQ(errorOf([this] { microphone->start(); }), u"busy");
-    EXPECT_EQ(microphone->state(), RecordingState::idle());
-    device->startError.reset();
-    EXPECT_EQ(microphone->start(), chunk("000002.wav"));
-    EXPECT_EQ(closed.size(), 1U) << "the one that stayed open";
-    microphone->pause();
-    device->resumeError = u"gone"_s;
-    EXPECT_EQ(errorOf([this] { microphone->resume(); }), u"gone");
-    EXPECT_EQ(microphone->state().kind, RecordingState::Kind::paused);
-    device->resumeError.reset();
-    EXPECT_EQ(microphone->resume(), chunk("000004.wav"));
-    device->deliverCounted(10);
-    microphone.reset();
-    EXPECT_EQ(closed.size(), 3U) << "one that is destroyed ends without a word";
-    EXPECT_EQ(recorded(), counted());
-
-    writeFileAtomically(directory.filePath(u"file"_s), "in the way");
-    ChunkedMicrophoneRecorder blocked(directory.filePath(u"file/chunks"_s), 0, 90,
-                                      std::make_unique<FakeAudioInput>(device), files, clock);
-    EXPECT_THROW(blocked.start(), FileError);
 }
 
 TEST_F(RecorderTest, SystemAudioKeepsCapturingWhilePausedAndMayStartAgain) {
