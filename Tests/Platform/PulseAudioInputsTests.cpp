@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, PulseAudioInputsTest,
 
 } // namespace
 
-TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedAndKeepsTheStreamsApart) {
+TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedKeepsTheStreamsApartAndFollowsTheDefault) {
     const AudioDevices devices = inputs.devices();
     EXPECT_THAT(devices.server, testing::Not(QString()));
     EXPECT_THAT(devices.microphones,
@@ -132,6 +132,12 @@ TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedAndKeepsTheStreamsApart) {
     playIntoBoth(microphone, system, 1);
     EXPECT_TRUE(microphone.events().empty());
     EXPECT_TRUE(system.events().empty());
+
+    const double behind = system.secondsBehind();
+    server->control(u"set-default-sink second"_s);
+    ASSERT_TRUE(system.waitForEvent(EventKind::deviceChanged));
+    playInto(system, "second", 3);
+    EXPECT_NEAR(system.secondsBehind(), behind, tolerance) << "the change cost no time";
 }
 
 TEST_P(PulseAudioInputsTest, ALostMicrophoneIsSilenceUntilOneIsBack) {
