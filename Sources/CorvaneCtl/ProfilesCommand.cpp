@@ -3,6 +3,7 @@
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCtl/Choice.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FailureWatch.h"
 #include "CorvaneCtl/ProfileChoice.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
@@ -85,18 +86,12 @@ ExitStatus create(Session& session) {
 ExitStatus rename(Session& session) {
     const QStringList given = operands(session, 2, 2, "rename PROFILE NAME");
     const SpeakerProfile profile = chooseProfile(session, given[0]);
-    const StatusPart& status = session.model().status();
-    // The status line goes on to say that the person has been changed.
-    QString failure;
-    const auto watch = QObject::connect(&status, &StatusPart::statusMessageChanged, [&] {
-        if (status.statusMessage().startsWith(QLatin1String("Failed")))
-            failure = status.statusMessage();
-    });
+    const FailureWatch watch(session.model());
     const bool done = session.wait(session.model().updateSpeakerProfile(
         profile, given[1], session.line().value(QStringLiteral("notes")).value_or(profile.notes), profile.enabled));
-    QObject::disconnect(watch);
-    if (!done)
-        throw CtlError(failure.isEmpty() ? status.statusMessage() : failure);
+    if (!watch.failure().isEmpty())
+        throw CtlError(watch.failure());
+    require(session, done);
     return finish(session, profile.id);
 }
 

@@ -2,6 +2,7 @@
 #include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FailureWatch.h"
 #include "CorvaneCtl/MeetingJson.h"
 #include "CorvaneCtl/ProfileChoice.h"
 #include "CorvaneCtl/Session.h"
@@ -113,6 +114,7 @@ void compareVoices(Session& session, const MeetingListItem& meeting) {
     const SpeakerReviewPart& review = model.speakerReview();
     if (!isWorthMatching(*model.detail().transcriptResult(), model.voiceProfiles().speakerProfiles()))
         return; // every speaker is linked
+    const FailureWatch watch(model);
     if (!model.matchShownSpeakers())
         throw CtlError(model.status().statusMessage());
     session.runLoop([&](QEventLoop& loop) {
@@ -125,8 +127,8 @@ void compareVoices(Session& session, const MeetingListItem& meeting) {
         QMetaObject::invokeMethod(&loop, quitWhenDone, Qt::QueuedConnection);
     });
     session.throwIfInterrupted();
-    if (model.status().statusMessage().startsWith(QLatin1String("Failed")))
-        throw CtlError(QStringLiteral("%1: %2").arg(visibleText(meeting.title), model.status().statusMessage()));
+    if (!watch.failure().isEmpty())
+        throw CtlError(QStringLiteral("%1: %2").arg(visibleText(meeting.title), watch.failure()));
 }
 
 } // namespace

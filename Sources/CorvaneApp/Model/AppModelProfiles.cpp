@@ -3,6 +3,7 @@
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 
@@ -177,7 +178,8 @@ void AppModel::renameInNextRun() {
             renameInRun(run, rename.profileID, rename.displayName);
         } catch (const Error& error) {
             rename.hasFailed = true;
-            say(QStringLiteral("Failed to update profile tags in a meeting: ") + error.text());
+            say(QStringLiteral("Failed to update profile tags in a meeting: ") + lastPathComponent(run) +
+                QStringLiteral(": ") + error.text());
         }
         return;
     }
