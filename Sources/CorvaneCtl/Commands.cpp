@@ -150,7 +150,7 @@ Command speakerCommand() {
                                            "the transcript files.\nLABEL is the speaker's label as `corvanectl show` "
                                            "has it. An empty NAME takes the name away."),
              .options = {{QStringLiteral("profile"), QStringLiteral("PROFILE"),
-                          QStringLiteral("link it to this profile, and add the voice to it")},
+                          QStringLiteral("link it to this profile, which accepts a suggestion, and add the voice")},
                          {QStringLiteral("remove"), {}, QStringLiteral("take the link, its voice and the name away")}}},
             runSpeaker};
 }

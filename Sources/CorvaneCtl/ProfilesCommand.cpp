@@ -3,6 +3,7 @@
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCtl/Choice.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FailureWatch.h"
 #include "CorvaneCtl/ProfileChoice.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
@@ -72,28 +73,25 @@ ExitStatus list(Session& session) {
 
 ExitStatus create(Session& session) {
     const QString name = operands(session, 1, 1, "create NAME").front().trimmed();
-    std::vector<QUuid> before;
-    for (const SpeakerProfileSummary& person : knownPeople(session))
-        before.push_back(person.profile.id);
-    require(session, session.model().createSpeakerProfile(
-                         name, session.line().value(QStringLiteral("notes")).value_or(QString())));
-    for (const SpeakerProfileSummary& person : session.model().voiceProfiles().speakerProfiles()) {
-        if (std::find(before.begin(), before.end(), person.profile.id) != before.end() ||
-            person.profile.displayName != name)
-            continue;
-        if (!session.wantsJson())
-            session.terminal().print(uuidText(person.profile.id) + QLatin1Char('\n'));
-        return finish(session, person.profile.id);
-    }
+    const auto profile =
+        session.model().createSpeakerProfile(name, session.line().value(QStringLiteral("notes")).value_or(QString()));
+    require(session, profile.has_value());
+    if (session.wantsJson())
+        session.printJson(profileJson({.profile = *profile, .lastSeenAt = {}, .latestMatchScore = {}}));
+    else
+        session.terminal().print(uuidText(profile->id) + QLatin1Char('\n'));
     return ExitStatus::ok;
 }
 
 ExitStatus rename(Session& session) {
     const QStringList given = operands(session, 2, 2, "rename PROFILE NAME");
     const SpeakerProfile profile = chooseProfile(session, given[0]);
-    require(session, session.wait(session.model().updateSpeakerProfile(
-                         profile, given[1], session.line().value(QStringLiteral("notes")).value_or(profile.notes),
-                         profile.enabled)));
+    const FailureWatch watch(session.model());
+    const bool done = session.wait(session.model().updateSpeakerProfile(
+        profile, given[1], session.line().value(QStringLiteral("notes")).value_or(profile.notes), profile.enabled));
+    if (!watch.failure().isEmpty())
+        throw CtlError(watch.failure());
+    require(session, done);
     return finish(session, profile.id);
 }
 

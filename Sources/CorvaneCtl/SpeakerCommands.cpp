@@ -2,6 +2,7 @@
 #include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 #include "CorvaneCtl/Commands.h"
+#include "CorvaneCtl/FailureWatch.h"
 #include "CorvaneCtl/MeetingJson.h"
 #include "CorvaneCtl/ProfileChoice.h"
 #include "CorvaneCtl/Session.h"
@@ -55,6 +56,7 @@ void linkToProfile(Session& session, const QString& label, const QString& words)
     const auto suggestion = std::find_if(matches.begin(), matches.end(), [&](const auto& match) {
         return match.speaker == label && match.profileID == profile.id && match.status == suggestionStatus::suggested;
     });
+    const FailureWatch watch(model);
     const auto added = suggestion != matches.end()
                            ? model.acceptSpeakerProfileMatch(SpeakerProfileMatchSuggestion(*suggestion))
                            : model.addVoiceObservation(label, profile);
@@ -64,16 +66,20 @@ void linkToProfile(Session& session, const QString& label, const QString& words)
     const QString text = line == lines.end() ? model.status().statusMessage() : line->second.text;
     if (!done)
         throw CtlError(text.trimmed());
+    if (!watch.failure().isEmpty()) // the voice is known, and the run does not say whose it is
+        throw CtlError(watch.failure());
     session.terminal().say(visibleText(text));
 }
 
 void removeLink(Session& session, const QString& label) {
     AppModel& model = session.model();
-    if (!model.removeSpeakerProfileAssignment(label)) {
-        const auto& lines = model.speakerReview().voiceProfileUpdateMessages();
-        const auto line = lines.find(label);
-        throw CtlError(line == lines.end() ? model.status().statusMessage() : line->second.text);
-    }
+    const FailureWatch watch(model);
+    const bool done = model.removeSpeakerProfileAssignment(label);
+    if (!done || !watch.failure().isEmpty())
+        throw CtlError(watch.failure().isEmpty() ? model.status().statusMessage() : watch.failure());
+    const auto& lines = model.speakerReview().voiceProfileUpdateMessages();
+    if (const auto line = lines.find(label); line != lines.end()) // there was a link
+        session.terminal().say(visibleText(line->second.text));
 }
 
 QJsonObject speakerJson(Session& session, const MeetingListItem& meeting, const QString& label) {
@@ -113,6 +119,7 @@ void compareVoices(Session& session, const MeetingListItem& meeting) {
     const SpeakerReviewPart& review = model.speakerReview();
     if (!isWorthMatching(*model.detail().transcriptResult(), model.voiceProfiles().speakerProfiles()))
         return; // every speaker is linked
+    const FailureWatch watch(model);
     if (!model.matchShownSpeakers())
         throw CtlError(model.status().statusMessage());
     session.runLoop([&](QEventLoop& loop) {
@@ -125,8 +132,8 @@ void compareVoices(Session& session, const MeetingListItem& meeting) {
         QMetaObject::invokeMethod(&loop, quitWhenDone, Qt::QueuedConnection);
     });
     session.throwIfInterrupted();
-    if (model.status().statusMessage().startsWith(QLatin1String("Failed")))
-        throw CtlError(QStringLiteral("%1: %2").arg(visibleText(meeting.title), model.status().statusMessage()));
+    if (!watch.failure().isEmpty())
+        throw CtlError(QStringLiteral("%1: %2").arg(visibleText(meeting.title), watch.failure()));
 }
 
 } // namespace

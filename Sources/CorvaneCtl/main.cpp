@@ -6,6 +6,7 @@
 #include "CorvaneCtl/Text.h"
 
 #include <QCoreApplication>
+#include <QThreadPool>
 
 #include <cstdlib>
 
@@ -51,7 +52,10 @@ int run(int count, char** values, Terminal& terminal) {
         terminal.complain(error.text());
         return static_cast<int>(error.status());
     } catch (const Interrupted& interruption) {
-        // Not the ordinary way out: that would wait for background work that nobody wants any more.
+        // Not the ordinary way out: that would wait for background work that nobody wants any more. The worker that
+        // measures a voice has been called off with the session, and must not be left behind.
+        constexpr int longestWaitMilliseconds = 500;
+        QThreadPool::globalInstance()->waitForDone(longestWaitMilliseconds);
         std::_Exit(terminal.finish(statusOfSignal(interruption.number())));
     } catch (const Error& error) {
         terminal.complain(error.text());

@@ -7,24 +7,24 @@ using namespace corvane;
 
 TEST_F(AppModelTest, ImportingMakesAMeetingOfACopy) {
     makeRun("R", "Run", "M", 300);
-    const QString source = data.paths.root + QStringLiteral("/My talk.v1.M4A");
+    const QString source = data.paths.root + u"/My talk.v1.M4A"_s;
     writeFileAtomically(source, QByteArray(2'500'000, 'a'));
     AppModel& model = fixture.start();
     model.diarizationDefaults().updateDefaultSpeakerCount(5);
     const QString id = ModelFixture::resultOf(model.importAudioFile(source)).value();
-    EXPECT_EQ(status(model), QStringLiteral("Imported My talk.v1.M4A"));
+    EXPECT_EQ(status(model), u"Imported My talk.v1.M4A"_s);
     const MeetingDraftMetadata draft = readMeetingDraft(data.paths.meeting(id)).value();
-    EXPECT_EQ(draft.title, QStringLiteral("My talk.v1"));
-    EXPECT_TRUE(draft.audioPath.endsWith(QLatin1String(".M4A")));
+    EXPECT_EQ(draft.title, u"My talk.v1"_s);
+    EXPECT_TRUE(draft.audioPath.endsWith(u".M4A"_s));
     EXPECT_FALSE(draft.audioPath.contains(id));
     EXPECT_EQ(readFile(draft.audioPath), readFile(source));
     EXPECT_EQ(draft.settings.speakerCount, 5);
-    EXPECT_EQ(draft.settings.language, QStringLiteral("fr"));
+    EXPECT_EQ(draft.settings.language, u"fr"_s);
     EXPECT_EQ(model.selectedMeeting()->id, id);
     EXPECT_FALSE(model.library().importProgress());
 
-    EXPECT_FALSE(ModelFixture::resultOf(model.importAudioFile(QStringLiteral("/nowhere/x.wav"))));
-    EXPECT_EQ(status(model), QStringLiteral("Failed to import audio: x.wav: No such file or directory"));
+    EXPECT_FALSE(ModelFixture::resultOf(model.importAudioFile(u"/nowhere/x.wav"_s)));
+    EXPECT_EQ(status(model), u"Failed to import audio: x.wav: No such file or directory"_s);
     EXPECT_EQ(model.selectedMeeting()->id, id);
     auto abandoned = model.importAudioFile(source);
     fixture.stop();
@@ -37,35 +37,34 @@ TEST_F(AppModelTest, ProcessingLaunchesTheWorkerAndShowsTheNewRun) {
     AppModel& model = fixture.start();
     select(model, "M");
     ProcessingSettings settings = model.detail().settings();
-    settings.speakerCountMode = QStringLiteral("range");
-    settings.language = QStringLiteral("de");
+    settings.speakerCountMode = u"range"_s;
+    settings.language = u"de"_s;
     model.detail().setSettings(settings);
-    fixture.defaults->set(QStringLiteral("useOllamaSpeakerContext"), true);
+    fixture.defaults->set(u"useOllamaSpeakerContext"_s, true);
     for (int times = 1; times <= 2; ++times) {
         const QString run = ModelFixture::resultOf(model.processCurrentAudio()).value();
         EXPECT_EQ(model.detail().lastRunDirectory(), run);
-        EXPECT_EQ(model.selectedMeeting()->id, QStringLiteral("M"));
+        EXPECT_EQ(model.selectedMeeting()->id, u"M"_s);
         EXPECT_EQ(listed(model, "M").runURLs.size(), static_cast<std::size_t>(times));
         EXPECT_EQ(listed(model, "M").latestRun, run);
         EXPECT_TRUE(model.isProcessing());
-        EXPECT_EQ(status(model), QStringLiteral("Running"));
+        EXPECT_EQ(status(model), u"Running"_s);
         const RunAppMetadata record = readRunAppMetadata(run).value();
-        EXPECT_EQ(record.title, QStringLiteral("Draft"));
+        EXPECT_EQ(record.title, u"Draft"_s);
         EXPECT_EQ(record.settings, settings);
-        EXPECT_EQ(record.audioPath, data.recording(QStringLiteral("M.wav")));
+        EXPECT_EQ(record.audioPath, data.recording(u"M.wav"_s));
     }
     const ProcessRequest request = fixture.processes->launched().back();
-    EXPECT_EQ(request.arguments.mid(9).join(QLatin1Char(' ')),
-              QStringLiteral("--language de --min-speakers 1 --max-speakers 8"));
-    EXPECT_EQ(request.environment.at(QStringLiteral("CORVANE_WORKER_LLM")), QStringLiteral("ollama"));
+    EXPECT_EQ(request.arguments.mid(9).join(u' '), u"--language de --min-speakers 1 --max-speakers 8"_s);
+    EXPECT_EQ(request.environment.at(u"CORVANE_WORKER_LLM"_s), u"ollama"_s);
 
     ASSERT_TRUE(QFile::remove(worker));
     EXPECT_FALSE(ModelFixture::resultOf(model.processCurrentAudio()));
-    EXPECT_EQ(status(model), QStringLiteral("corvane-worker not found"));
+    EXPECT_EQ(status(model), u"corvane-worker not found"_s);
 }
 
 TEST_F(AppModelTest, ALaunchWithAnOddNameOrAFailureLosesNothing) {
-    const QString audio = data.recording(QStringLiteral("a\\q.wav"));
+    const QString audio = data.recording(u"a\\q.wav"_s);
     writeFileAtomically(audio, "x");
     AppModel& model = fixture.start();
     EXPECT_EQ(model.currentAudioURL(), audio) << "the latest recording";
@@ -80,7 +79,7 @@ TEST_F(AppModelTest, ALaunchWithAnOddNameOrAFailureLosesNothing) {
         return std::nullopt;
     };
     EXPECT_FALSE(ModelFixture::resultOf(model.processCurrentAudio()));
-    EXPECT_EQ(status(model), QStringLiteral("Failed to launch worker: No such file or directory"));
+    EXPECT_EQ(status(model), u"Failed to launch worker: No such file or directory"_s);
     EXPECT_EQ(model.detail().lastRunDirectory(), run);
     EXPECT_FALSE(model.jobs().isLaunching());
 }
@@ -101,9 +100,9 @@ TEST_F(AppModelTest, AUserWhoMovedOnIsNotCalledBackByASlowTokenStore) {
     select(model, "B");
     mayAnswer.release();
     const QString run = ModelFixture::resultOf(launch).value();
-    EXPECT_EQ(model.selectedMeeting()->id, QStringLiteral("B"));
+    EXPECT_EQ(model.selectedMeeting()->id, u"B"_s);
     EXPECT_EQ(listed(model, "A").latestRun, run);
-    EXPECT_EQ(readRunAppMetadata(run)->title, QStringLiteral("A"));
+    EXPECT_EQ(readRunAppMetadata(run)->title, u"A"_s);
 
     auto abandoned = model.processCurrentAudio();
     fixture.stop();

@@ -18,38 +18,31 @@ protected:
     }
     QString makeRun(const char* name, const char* title, const char* meeting, int modified,
                     const char* status = "completed") {
-        RunAppMetadata record;
-        record.title = QString::fromUtf8(title);
-        record.meetingID = QString::fromUtf8(meeting);
-        record.audioPath = data.recording(QString::fromUtf8(meeting) + QStringLiteral(".wav"));
-        record.settings.language = QStringLiteral("de");
-        const QString run = data.makeRun(QString::fromUtf8(name), record, QString::fromUtf8(status));
+        RunAppMetadata record = recordOf(title, data.recording(QString(meeting) + u".wav"_s), meeting);
+        record.settings.language = u"de"_s;
+        const QString run = data.makeRun(name, record, status);
         DataDirectoryBuilder::setModified(run, modified);
         return run;
     }
     QString makeDraft(const char* id, const char* title, int modified, const char* status = "imported") {
         MeetingDraftMetadata draft;
-        draft.title = QString::fromUtf8(title);
-        draft.recordingStatus = QString::fromUtf8(status);
-        draft.audioPath = data.recording(QString::fromUtf8(id) + QStringLiteral(".wav"));
+        draft.title = title;
+        draft.recordingStatus = status;
+        draft.audioPath = data.recording(QString(id) + u".wav"_s);
         draft.startedAt = referenceSeconds(fixture.clock->now()) - 90;
-        draft.chunks = {QStringLiteral("/chunk")};
-        draft.settings.speakerIdentificationContext = QStringLiteral("Ada speaks first");
-        const QString directory = data.makeDraft(QString::fromUtf8(id), draft);
+        draft.chunks = {u"/chunk"_s};
+        draft.settings.speakerIdentificationContext = u"Ada speaks first"_s;
+        const QString directory = data.makeDraft(id, draft);
         DataDirectoryBuilder::setModified(directory, modified);
         return directory;
     }
-    void select(AppModel& model, const char* id) {
-        model.selectSidebarItem(SidebarItem::meeting(QString::fromUtf8(id)));
-    }
+    void select(AppModel& model, const char* id) { model.selectSidebarItem(SidebarItem::meeting(id)); }
     static QString status(AppModel& model) { return model.status().statusMessage(); }
-    static MeetingListItem listed(AppModel& model, const char* id) {
-        return model.library().find(QString::fromUtf8(id)).value();
-    }
+    static MeetingListItem listed(AppModel& model, const char* id) { return model.library().find(id).value(); }
 
     DataDirectoryBuilder data;
     ModelFixture fixture{data.paths};
-    const QString worker = data.paths.root + QStringLiteral("/corvane-worker");
+    const QString worker = data.paths.root + u"/corvane-worker"_s;
 };
 
 } // namespace corvane

@@ -8,114 +8,109 @@ TEST_F(AppModelTest, AFirstLaunchMakesTheDirectoriesAndShowsTheSettings) {
     AppModel& model = fixture.start();
     EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::settings());
     EXPECT_TRUE(model.library().meetings().empty());
-    EXPECT_EQ(status(model), QStringLiteral("Idle"));
+    EXPECT_EQ(status(model), u"Idle"_s);
     EXPECT_FALSE(model.detail().lastRunDirectory() || model.currentAudioURL() || model.canProcess());
-    for (const QString& directory :
-         {data.paths.root, data.paths.recordings(), data.paths.runs(), data.paths.meetings(), data.paths.logs()})
-        EXPECT_TRUE(QDir(directory).exists());
+    EXPECT_TRUE(QDir(data.paths.logs()).exists());
     model.openLastRun();
     EXPECT_EQ(fixture.workspace->opened, QStringList(data.paths.root));
-    model.renameSelectedRun(QStringLiteral(" only a title "));
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("only a title"));
-    EXPECT_EQ(status(model), QStringLiteral("Idle"));
+    model.renameSelectedRun(u" only a title "_s);
+    EXPECT_EQ(model.detail().selectedTitle(), u"only a title"_s);
+    EXPECT_EQ(status(model), u"Idle"_s);
 }
 
 TEST_F(AppModelTest, ALaunchSurvivesADataDirectoryThatCannotBeMade) {
     ASSERT_TRUE(QDir(data.paths.root).removeRecursively());
     writeFileAtomically(data.paths.root, "a file in the way");
     AppModel& model = fixture.start();
-    EXPECT_EQ(status(model),
-              QStringLiteral("Failed to load speaker profiles: openFailed: unable to open database file"));
+    EXPECT_EQ(status(model), u"Failed to load speaker profiles: openFailed: unable to open database file"_s);
     EXPECT_FALSE(ModelFixture::resultOf(model.importAudioFile(data.paths.root)));
-    EXPECT_TRUE(status(model).startsWith(QLatin1String("Failed to import audio: "))) << status(model).toStdString();
+    EXPECT_TRUE(status(model).startsWith(u"Failed to import audio: "_s)) << status(model).toStdString();
 }
 
 TEST_F(AppModelTest, ANewestMeetingWithoutRunsIsLoadedButNotSelected) {
     makeRun("R", "Old run", "M", 100);
     const QString draft = makeDraft("D", "Draft", 200, "recording");
     AppModel& model = fixture.start();
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("Draft"));
-    EXPECT_EQ(model.detail().settings().speakerIdentificationContext, QStringLiteral("Ada speaks first"));
+    EXPECT_EQ(model.detail().selectedTitle(), u"Draft"_s);
+    EXPECT_EQ(model.detail().settings().speakerIdentificationContext, u"Ada speaks first"_s);
     EXPECT_EQ(model.detail().lastRunDirectory(), draft);
     EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::meeting(draft));
     EXPECT_FALSE(model.selectedMeeting() || model.hasRecoverableRecording());
-    EXPECT_EQ(status(model), QStringLiteral("Meeting in progress"));
+    EXPECT_EQ(status(model), u"Meeting in progress"_s);
     EXPECT_EQ(model.recording().recordingElapsed(), 90.0);
 
     select(model, "D");
-    EXPECT_EQ(model.selectedMeeting()->id, QStringLiteral("D"));
+    EXPECT_EQ(model.selectedMeeting()->id, u"D"_s);
     EXPECT_TRUE(model.hasRecoverableRecording());
-    EXPECT_EQ(model.currentAudioURL(), data.recording(QStringLiteral("D.wav")));
+    EXPECT_EQ(model.currentAudioURL(), data.recording(u"D.wav"_s));
     select(model, "M");
     EXPECT_FALSE(model.hasRecoverableRecording());
-    EXPECT_EQ(model.detail().settings().language, QStringLiteral("de"));
-    EXPECT_EQ(status(model), QStringLiteral("Completed"));
+    EXPECT_EQ(model.detail().settings().language, u"de"_s);
+    EXPECT_EQ(status(model), u"Completed"_s);
     select(model, "gone");
-    EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::meeting(QStringLiteral("gone")));
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("Old run"));
+    EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::meeting(u"gone"_s));
+    EXPECT_EQ(model.detail().selectedTitle(), u"Old run"_s);
 }
 
 TEST_F(AppModelTest, ADraftShowsItsOwnSettingsOrTheDefaults) {
-    fixture.defaults->set(QStringLiteral("defaultSpeakerCount"), std::int64_t{4});
+    fixture.defaults->set(u"defaultSpeakerCount"_s, std::int64_t{4});
     makeRun("R", "Run", "M", 100);
     const QString draft = makeDraft("D", "Draft", 50, "recorded");
     AppModel& model = fixture.start();
     EXPECT_EQ(model.detail().settings().speakerCount, 2) << "a run's record without the key";
     select(model, "D");
-    EXPECT_EQ(status(model), QStringLiteral("Imported"));
+    EXPECT_EQ(status(model), u"Imported"_s);
     EXPECT_FALSE(model.jobs().jobState());
     const MeetingListItem meeting = listed(model, "D");
-    writeFileAtomically(draft + QStringLiteral("/metadata.json"), "{");
+    writeFileAtomically(draft + u"/metadata.json"_s, "{");
     model.selectMeeting(meeting);
     EXPECT_EQ(model.detail().settings().speakerCount, 4);
     EXPECT_EQ(model.detail().settings().speakerIdentificationContext, QString());
     EXPECT_EQ(model.recording().recordingElapsed(), 0);
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("Draft"));
+    EXPECT_EQ(model.detail().selectedTitle(), u"Draft"_s);
 }
 
 TEST_F(AppModelTest, ThePollFollowsTheShownRunUntilOneRefreshAfterItsEnd) {
     const QString run = makeRun("R", "Run", "M", 200, "running");
     makeRun("OTHER", "Other", "N", 100, "running");
-    const QString audio = data.recording(QStringLiteral("M.wav"));
+    const QString audio = data.recording(u"M.wav"_s);
     writeFileAtomically(audio, "x");
     fixture.audioFiles->setDuration(audio, 100);
-    data.write(QStringLiteral("R"), runFiles::events,
-               encodeWorkerJobEvent(jobEvents::jobStarted, fixture.clock->now()));
+    data.write(u"R"_s, runFiles::events, encodeWorkerJobEvent(jobEvents::jobStarted, fixture.clock->now()));
     AppModel& model = fixture.start();
     EXPECT_TRUE(model.isProcessing());
     EXPECT_FALSE(model.canProcess());
     fixture.clock->advance(50);
     model.pollTick();
     EXPECT_DOUBLE_EQ(model.jobs().runProgress().estimatedProgress, 0.5);
-    data.writeState(QStringLiteral("OTHER"), QStringLiteral("failed"));
+    data.writeState(u"OTHER"_s, u"failed"_s);
     TranscriptResult result = speechResult(2);
-    result.speakerNames = {{QStringLiteral("SPEAKER_00"), QStringLiteral("Ada")}};
-    data.write(QStringLiteral("R"), runFiles::result, encodeTranscriptResult(result));
-    data.write(QStringLiteral("R"), runFiles::transcriptText, "text\n");
-    data.writeState(QStringLiteral("R"), QStringLiteral("completed with care"));
+    result.speakerNames = {{u"SPEAKER_00"_s, u"Ada"_s}};
+    data.write(u"R"_s, runFiles::result, encodeTranscriptResult(result));
+    data.write(u"R"_s, runFiles::transcriptText, "text\n");
+    data.writeState(u"R"_s, u"completed with care"_s);
     DataDirectoryBuilder::setModified(run, 200);
     model.detail().setIsEditingSelectedTitle(true);
-    model.detail().setSelectedTitle(QStringLiteral("being typed"));
+    model.detail().setSelectedTitle(u"being typed"_s);
     model.pollTick();
-    EXPECT_EQ(status(model), QStringLiteral("Completed With Care"));
+    EXPECT_EQ(status(model), u"Completed With Care"_s);
     EXPECT_TRUE(model.canProcess());
     EXPECT_EQ(model.detail().transcriptResult(), result);
-    EXPECT_EQ(model.detail().transcriptText(), QStringLiteral("text\n"));
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("being typed"));
-    EXPECT_EQ(
-        model.speakerReview().speakerMappings(),
-        (SpeakerNames{{QStringLiteral("SPEAKER_00"), QStringLiteral("Ada")}, {QStringLiteral("SPEAKER_01"), {}}}));
-    EXPECT_EQ(listed(model, "N").status, QStringLiteral("failed"));
+    EXPECT_EQ(model.detail().transcriptText(), u"text\n"_s);
+    EXPECT_EQ(model.detail().selectedTitle(), u"being typed"_s);
+    EXPECT_EQ(model.speakerReview().speakerMappings(),
+              (SpeakerNames{{u"SPEAKER_00"_s, u"Ada"_s}, {u"SPEAKER_01"_s, {}}}));
+    EXPECT_EQ(listed(model, "N").status, u"failed"_s);
     // At the next tick neither side runs, and the details are left alone.
-    data.write(QStringLiteral("R"), runFiles::transcriptText, "changed\n");
+    data.write(u"R"_s, runFiles::transcriptText, "changed\n");
     model.pollTick();
-    EXPECT_EQ(model.detail().transcriptText(), QStringLiteral("text\n"));
+    EXPECT_EQ(model.detail().transcriptText(), u"text\n"_s);
 
-    model.speakerReview().setName(QStringLiteral("SPEAKER_01"), QStringLiteral("Zoë "));
+    model.speakerReview().setName(u"SPEAKER_01"_s, u"Zoë "_s);
     EXPECT_TRUE(model.saveSpeakerMappings());
-    EXPECT_TRUE(model.detail().transcriptText().contains(QStringLiteral("Ada: Thanks")));
-    EXPECT_EQ(model.detail().transcriptResult()->speakerNames.at(QStringLiteral("SPEAKER_01")), QStringLiteral("Zoë "));
-    data.writeState(QStringLiteral("R"), QStringLiteral("running"));
+    EXPECT_TRUE(model.detail().transcriptText().contains(u"Ada: Thanks"_s));
+    EXPECT_EQ(model.detail().transcriptResult()->speakerNames.at(u"SPEAKER_01"_s), u"Zoë "_s);
+    data.writeState(u"R"_s, u"running"_s);
     model.pollTick();
     ASSERT_TRUE(QDir(run).removeRecursively());
     model.pollTick();
@@ -129,26 +124,26 @@ TEST_F(AppModelTest, RenamingTouchesAllRunsOfAMeetingOrReplacesADraft) {
     const QString draft = makeDraft("D", "Draft", 50, "recording");
     AppModel& model = fixture.start();
     ASSERT_TRUE(QDir(gone).removeRecursively()) << "an older run that cannot be written, which is ignored";
-    model.renameSelectedRun(QStringLiteral(" \n New \"name\" \t"));
-    EXPECT_EQ(status(model), QStringLiteral("Renamed"));
+    model.renameSelectedRun(u" \n New \"name\" \t"_s);
+    EXPECT_EQ(status(model), u"Renamed"_s);
     for (const QString& run : {newest, older}) {
-        EXPECT_EQ(readRunAppMetadata(run)->title, QStringLiteral("New \"name\""));
-        EXPECT_EQ(readRunAppMetadata(run)->settings.language, QStringLiteral("de"));
-        EXPECT_EQ(readRunAppMetadata(run)->meetingID, QStringLiteral("M"));
+        EXPECT_EQ(readRunAppMetadata(run)->title, u"New \"name\""_s);
+        EXPECT_EQ(readRunAppMetadata(run)->settings.language, u"de"_s);
+        EXPECT_EQ(readRunAppMetadata(run)->meetingID, u"M"_s);
     }
-    EXPECT_EQ(listed(model, "M").title, QStringLiteral("New \"name\""));
-    model.renameSelectedRun(QStringLiteral("  "));
+    EXPECT_EQ(listed(model, "M").title, u"New \"name\""_s);
+    model.renameSelectedRun(u"  "_s);
     EXPECT_EQ(model.detail().selectedTitle(), QString());
-    EXPECT_EQ(listed(model, "M").title, QStringLiteral("M")) << "the name of its audio";
+    EXPECT_EQ(listed(model, "M").title, u"M"_s) << "the name of its audio";
 
     select(model, "D");
-    model.renameSelectedRun(QStringLiteral("D2"));
+    model.renameSelectedRun(u"D2"_s);
     const MeetingDraftMetadata renamed = readMeetingDraft(draft).value();
-    EXPECT_EQ(renamed.title, QStringLiteral("D2"));
-    EXPECT_EQ(renamed.recordingStatus, QStringLiteral("imported"));
+    EXPECT_EQ(renamed.title, u"D2"_s);
+    EXPECT_EQ(renamed.recordingStatus, u"imported"_s);
     EXPECT_TRUE(renamed.chunks.empty() && !renamed.startedAt);
-    EXPECT_EQ(renamed.settings.speakerIdentificationContext, QStringLiteral("Ada speaks first"));
-    EXPECT_EQ(renamed.audioPath, data.recording(QStringLiteral("D.wav")));
+    EXPECT_EQ(renamed.settings.speakerIdentificationContext, u"Ada speaks first"_s);
+    EXPECT_EQ(renamed.audioPath, data.recording(u"D.wav"_s));
 
     // Each write has made its run the newest.
     DataDirectoryBuilder::setModified(newest, 2'000'000'000);
@@ -156,8 +151,8 @@ TEST_F(AppModelTest, RenamingTouchesAllRunsOfAMeetingOrReplacesADraft) {
     select(model, "M");
     ASSERT_EQ(model.detail().lastRunDirectory(), newest);
     ASSERT_TRUE(QDir(newest).removeRecursively());
-    model.renameSelectedRun(QStringLiteral("lost"));
-    EXPECT_EQ(status(model), QStringLiteral("Failed to rename: app_metadata.json: No such file or directory"));
+    model.renameSelectedRun(u"lost"_s);
+    EXPECT_EQ(status(model), u"Failed to rename: app_metadata.json: No such file or directory"_s);
     EXPECT_EQ(readRunAppMetadata(older)->title, QString());
 }
 
@@ -177,7 +172,7 @@ TEST_F(AppModelTest, SettingsOfTheShownMeetingArePersisted) {
     EXPECT_EQ(readMeetingDraft(draft), expected);
 
     select(model, "M");
-    ASSERT_TRUE(QFile::remove(run + QStringLiteral("/app_metadata.json")));
+    ASSERT_TRUE(QFile::remove(run + u"/app_metadata.json"_s));
     model.persistCurrentMeetingSettings();
     const RunAppMetadata written = readRunAppMetadata(run).value();
     EXPECT_EQ(written.settings, model.detail().settings());
@@ -198,8 +193,8 @@ TEST_F(AppModelTest, DefaultsAreCorrectedStoredAndLeaveTheMeetingAlone) {
     EXPECT_EQ(stored("defaultMaxSpeakerCount"), 2);
     defaults.updateDefaultSpeakerCount(-5);
     EXPECT_EQ(stored("defaultSpeakerCount"), 1);
-    defaults.updateDefaultSpeakerCountMode(QStringLiteral("exact"));
-    EXPECT_EQ(fixture.defaults->string(QStringLiteral("defaultSpeakerCountMode")), QStringLiteral("auto"));
+    defaults.updateDefaultSpeakerCountMode(u"exact"_s);
+    EXPECT_EQ(fixture.defaults->string(u"defaultSpeakerCountMode"_s), u"auto"_s);
 }
 
 TEST_F(AppModelTest, DeletingRemovesRunsDraftAndOnlyRecordedAudio) {
@@ -207,20 +202,20 @@ TEST_F(AppModelTest, DeletingRemovesRunsDraftAndOnlyRecordedAudio) {
     makeRun("R2", "Run", "M", 200);
     const QString draft = makeDraft("M", "Hidden draft", 250);
     makeDraft("NEXT", "Next", 100);
-    const QString audio = data.recording(QStringLiteral("M.wav"));
-    const QString spare = data.recording(QStringLiteral("spare.wav"));
-    const QString elsewhere = data.paths.root + QStringLiteral("/elsewhere.wav");
+    const QString audio = data.recording(u"M.wav"_s);
+    const QString spare = data.recording(u"spare.wav"_s);
+    const QString elsewhere = data.paths.root + u"/elsewhere.wav"_s;
     for (const QString& file : {audio, spare, elsewhere})
         writeFileAtomically(file, "x");
     AppModel& model = fixture.start();
     EXPECT_EQ(model.detail().lastRunDirectory(), run);
     model.deleteMeeting(listed(model, "M"), true);
-    EXPECT_EQ(status(model), QStringLiteral("Deleted"));
+    EXPECT_EQ(status(model), u"Deleted"_s);
     EXPECT_TRUE(QDir(data.paths.runs()).isEmpty());
     EXPECT_FALSE(QFile::exists(draft) || QFile::exists(audio));
     EXPECT_TRUE(QFile::exists(spare));
-    EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::meeting(QStringLiteral("NEXT")));
-    EXPECT_EQ(model.detail().selectedTitle(), QStringLiteral("Next"));
+    EXPECT_EQ(model.library().selectedSidebarItem(), SidebarItem::meeting(u"NEXT"_s));
+    EXPECT_EQ(model.detail().selectedTitle(), u"Next"_s);
     EXPECT_EQ(model.library().lastRecording(), spare);
 
     MeetingListItem next = listed(model, "NEXT");
@@ -228,16 +223,16 @@ TEST_F(AppModelTest, DeletingRemovesRunsDraftAndOnlyRecordedAudio) {
     model.deleteMeeting(next, true);
     EXPECT_TRUE(QFile::exists(elsewhere));
     EXPECT_FALSE(model.library().selectedSidebarItem());
-    EXPECT_EQ(model.detail().lastRunDirectory(), data.paths.meeting(QStringLiteral("NEXT")));
-    EXPECT_EQ(status(model), QStringLiteral("Deleted"));
+    EXPECT_EQ(model.detail().lastRunDirectory(), data.paths.meeting(u"NEXT"_s));
+    EXPECT_EQ(status(model), u"Deleted"_s);
     model.pollTick();
 
     // The audio stays unless it is asked for.
     makeRun("R3", "Run", "K", 300);
-    writeFileAtomically(data.recording(QStringLiteral("K.wav")), "x");
+    writeFileAtomically(data.recording(u"K.wav"_s), "x");
     model.reloadMeetings();
     model.deleteMeeting(listed(model, "K"), false);
-    EXPECT_TRUE(QFile::exists(data.recording(QStringLiteral("K.wav"))));
+    EXPECT_TRUE(QFile::exists(data.recording(u"K.wav"_s)));
 }
 
 TEST_F(AppModelTest, AChangeIsAnnouncedBeforeAndAfterItAndNoChangeIsNot) {
@@ -245,14 +240,14 @@ TEST_F(AppModelTest, AChangeIsAnnouncedBeforeAndAfterItAndNoChangeIsNot) {
     AppModel& model = fixture.start();
     QStringList heard;
     QObject::connect(&model.library(), &ModelPart::aboutToChange, &model, [&](const char* field) {
-        heard.append(QStringLiteral("%1 from %2").arg(QLatin1String(field)).arg(model.library().meetings().size()));
+        heard.append(u"%1 from %2"_s.arg(QLatin1String(field)).arg(model.library().meetings().size()));
     });
     QObject::connect(&model.library(), &LibraryPart::meetingsChanged, &model,
-                     [&] { heard.append(QStringLiteral("changed to %1").arg(model.library().meetings().size())); });
+                     [&] { heard.append(u"changed to %1"_s.arg(model.library().meetings().size())); });
     model.pollTick();
     EXPECT_EQ(heard, QStringList());
     makeDraft("D", "Draft", 100);
     model.pollTick();
     model.pollTick();
-    EXPECT_EQ(heard, QStringList({QStringLiteral("meetings from 1"), QStringLiteral("changed to 2")}));
+    EXPECT_EQ(heard, QStringList({u"meetings from 1"_s, u"changed to 2"_s}));
 }

@@ -40,19 +40,19 @@ protected:
     }
     // What a process leaves that dies while it records.
     QString makeDeadRecording(const char* id, const char* recordingStatus = "recording") {
-        const QString chunks = directoryOf(QString::fromUtf8(id)) + QStringLiteral("/chunks");
+        const QString chunks = directoryOf(QString::fromUtf8(id)) + u"/chunks"_s;
         createPrivateDirectory(chunks);
         for (const char* name : {"000000.wav", "000003.WAV"})
-            writeWav(chunks + QLatin1Char('/') + QString::fromUtf8(name),
+            writeWav(chunks + u'/' + QString::fromUtf8(name),
                      {.sampleRate = 48'000, .channels = 1, .sample = AudioFormat::Sample::float32},
                      std::vector<float>(100, 0.5F));
         MeetingDraftMetadata draft;
-        draft.title = QStringLiteral("Dead");
-        draft.audioPath = data.recording(QString::fromUtf8(id) + QStringLiteral(".wav"));
+        draft.title = u"Dead"_s;
+        draft.audioPath = data.recording(QString::fromUtf8(id) + u".wav"_s);
         draft.recordingStatus = QString::fromUtf8(recordingStatus);
         draft.startedAt = referenceSeconds(fixture.clock->now()) - 600;
         draft.chunksDirectory = chunks;
-        draft.chunks = {chunks + QStringLiteral("/000000.wav"), chunks + QStringLiteral("/gone.wav")};
+        draft.chunks = {chunks + u"/000000.wav"_s, chunks + u"/gone.wav"_s};
         data.makeDraft(QString::fromUtf8(id), draft);
         return chunks;
     }
@@ -67,31 +67,31 @@ TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
     AppModel& model = fixture.start();
     model.diarizationDefaults().updateDefaultSpeakerCount(4);
     ProcessingSettings settings = model.detail().settings();
-    settings.language = QStringLiteral("de");
+    settings.language = u"de"_s;
     settings.speakerCount = 7;
-    settings.speakerIdentificationContext = QStringLiteral("of another meeting");
+    settings.speakerIdentificationContext = u"of another meeting"_s;
     model.detail().setSettings(settings);
-    model.startRecording(QStringLiteral(" \n Weekly \t"));
+    model.startRecording(u" \n Weekly \t"_s);
     EXPECT_EQ(status(model), u"Recording");
     const QString id = current(model);
-    const QString chunks = directoryOf(id) + QStringLiteral("/chunks");
+    const QString chunks = directoryOf(id) + u"/chunks"_s;
     MeetingDraftMetadata expected;
-    expected.title = QStringLiteral("Weekly");
-    expected.audioPath = data.recording(id + QStringLiteral(".wav"));
+    expected.title = u"Weekly"_s;
+    expected.audioPath = data.recording(id + u".wav"_s);
     settings.speakerCount = 4;
     settings.speakerIdentificationContext.clear();
     expected.settings = settings;
-    expected.recordingStatus = QStringLiteral("recording");
+    expected.recordingStatus = u"recording"_s;
     expected.startedAt = referenceSeconds(fixture.clock->now());
     expected.chunksDirectory = chunks;
     EXPECT_EQ(draftOf(id), expected);
-    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000000.wav")));
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + u"/000000.wav"_s));
     EXPECT_EQ(model.selectedMeeting()->id, id);
     EXPECT_EQ(model.detail().selectedTitle(), u"Weekly");
     EXPECT_EQ(model.currentAudioURL(), expected.audioPath);
     EXPECT_TRUE(model.hasRecoverableRecording());
 
-    model.startRecording(QStringLiteral("Second"));
+    model.startRecording(u"Second"_s);
     EXPECT_EQ(current(model), id) << "a second wish changes nothing";
     speak(1000);
     fixture.audioInputs->systemDevice->deliver(std::vector<float>(400, 0.25F));
@@ -103,7 +103,7 @@ TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Recording");
     EXPECT_EQ(draftOf(id).recordingStatus, u"recording");
-    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000001.wav")));
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + u"/000001.wav"_s));
     speak(500);
     fixture.audioInputs->systemDevice->deliver(std::vector<float>(100, 0.25F));
 
@@ -117,8 +117,7 @@ TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
     EXPECT_EQ(model.recording().recordingState(), RecordingState::stopped(*file));
     EXPECT_FALSE(model.recording().currentRecordingMeetingID() || model.recording().finishingProgress());
     EXPECT_EQ(draftOf(id).recordingStatus, u"recorded");
-    EXPECT_THAT(draftOf(id).chunks,
-                ElementsAre(chunks + QStringLiteral("/000000.wav"), chunks + QStringLiteral("/000001.wav")));
+    EXPECT_THAT(draftOf(id).chunks, ElementsAre(chunks + u"/000000.wav"_s, chunks + u"/000001.wav"_s));
     EXPECT_EQ(model.library().lastRecording(), file);
     EXPECT_EQ(status(model), u"corvane-worker not found") << "processing follows by itself";
     const CaptureReport report = readCaptureReport(directoryOf(id)).value();
@@ -131,15 +130,15 @@ TEST_F(RecordingTest, ARecordingRunsFromItsDraftToItsMixedFile) {
 
 TEST_F(RecordingTest, AFailureToStartSaysSoAndLeavesNoSession) {
     AppModel& model = fixture.start();
-    fixture.audioInputs->systemDevice->startError = QStringLiteral("no sound server");
-    model.startRecording(QStringLiteral("  "));
+    fixture.audioInputs->systemDevice->startError = u"no sound server"_s;
+    model.startRecording(u"  "_s);
     EXPECT_EQ(status(model), u"Recording microphone only; system audio failed: no sound server");
-    EXPECT_EQ(draftOf(current(model)).title, QStringLiteral("Meeting ") + fixture.clock->now().toLocalTime().toString(
-                                                                              QStringLiteral("yyyy-MM-dd HH:mm")));
+    EXPECT_EQ(draftOf(current(model)).title,
+              u"Meeting "_s + fixture.clock->now().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
     speak(10);
     EXPECT_TRUE(stop(model));
 
-    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("no microphone");
+    fixture.audioInputs->microphoneDevice->startError = u"no microphone"_s;
     model.startRecording(std::nullopt);
     EXPECT_EQ(status(model), u"Failed to start recording: no microphone");
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::stopped);
@@ -152,7 +151,7 @@ TEST_F(RecordingTest, AFailureToStartSaysSoAndLeavesNoSession) {
     writeFileAtomically(data.paths.meetings(), "in the way");
     fixture.audioInputs->microphoneDevice->calls.clear();
     model.startRecording(std::nullopt);
-    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to start recording: ")));
+    EXPECT_TRUE(status(model).startsWith(u"Failed to start recording: "_s));
     EXPECT_TRUE(fixture.audioInputs->microphoneDevice->calls.isEmpty()) << "the draft comes first";
 }
 
@@ -181,18 +180,18 @@ TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording);
     model.recording().chunkedRecorder()->resume();
 
-    const QString record = directoryOf(id) + QStringLiteral("/metadata.json");
+    const QString record = directoryOf(id) + u"/metadata.json"_s;
     ASSERT_TRUE(QFile::remove(record));
     model.pauseRecording();
     EXPECT_EQ(status(model), u"Paused");
-    EXPECT_EQ(draftOf(id).audioPath, data.recording(id + QStringLiteral(".wav"))) << "built anew";
+    EXPECT_EQ(draftOf(id).audioPath, data.recording(id + u".wav"_s)) << "built anew";
     EXPECT_EQ(draftOf(id).recordingStatus, u"paused");
-    fixture.audioInputs->microphoneDevice->resumeError = QStringLiteral("gone");
+    fixture.audioInputs->microphoneDevice->resumeError = u"gone"_s;
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Failed to resume recording: gone");
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::paused);
     fixture.audioInputs->microphoneDevice->resumeError.reset();
-    fixture.audioInputs->systemDevice->formatError = QStringLiteral("no output");
+    fixture.audioInputs->systemDevice->formatError = u"no output"_s;
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Failed to resume recording: no output");
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::paused);
@@ -202,7 +201,7 @@ TEST_F(RecordingTest, PausingOrResumingThatFailsKeepsTheRecording) {
     EXPECT_EQ(status(model), u"Recording");
     speak(10);
     EXPECT_TRUE(stop(model)) << status(model).toStdString();
-    EXPECT_EQ(status(model), QStringLiteral("Recorded %1.wav").arg(id));
+    EXPECT_EQ(status(model), u"Recorded %1.wav"_s.arg(id));
 }
 
 TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
@@ -210,19 +209,19 @@ TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
     TrackHealth earlier;
     earlier.recordedSeconds = 60;
     earlier.gaps = 2;
-    writeCaptureReport({.tracks = {{captureTracks::microphone, earlier}}}, directoryOf(QStringLiteral("DEAD")));
+    writeCaptureReport({.tracks = {{captureTracks::microphone, earlier}}}, directoryOf(u"DEAD"_s));
     AppModel& model = fixture.start();
-    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("DEAD")));
+    model.selectSidebarItem(SidebarItem::meeting(u"DEAD"_s));
     EXPECT_EQ(model.recording().recordingState(), RecordingState::idle());
     EXPECT_TRUE(model.hasRecoverableRecording());
     EXPECT_DOUBLE_EQ(model.recording().recordingElapsed(), 600);
 
-    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("busy");
+    fixture.audioInputs->microphoneDevice->startError = u"busy"_s;
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Failed to resume recording: busy");
     fixture.audioInputs->microphoneDevice->startError.reset();
     model.resumeRecording();
-    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + QStringLiteral("/000005.wav")))
+    EXPECT_EQ(model.recording().recordingState(), RecordingState::recording(chunks + u"/000005.wav"_s))
         << "number 4 went to the attempt that failed";
     EXPECT_EQ(current(model), u"DEAD");
     EXPECT_TRUE(fixture.audioInputs->systemDevice->calls.isEmpty());
@@ -230,16 +229,15 @@ TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
     const auto file = stop(model);
     ASSERT_TRUE(file) << status(model).toStdString();
     EXPECT_EQ(readWav<float>(*file).size(), 250U) << "with the capital extension";
-    const TrackHealth health =
-        readCaptureReport(directoryOf(QStringLiteral("DEAD")))->tracks.at(captureTracks::microphone);
+    const TrackHealth health = readCaptureReport(directoryOf(u"DEAD"_s))->tracks.at(captureTracks::microphone);
     EXPECT_DOUBLE_EQ(health.recordedSeconds, 60 + 50 / 48'000.0);
     EXPECT_EQ(health.gaps, 2);
 
     // One whose microphone is gone can be finished all the same.
     makeDeadRecording("OTHER");
     model.reloadMeetings();
-    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("OTHER")));
-    fixture.audioInputs->microphoneDevice->formatError = QStringLiteral("no microphone");
+    model.selectSidebarItem(SidebarItem::meeting(u"OTHER"_s));
+    fixture.audioInputs->microphoneDevice->formatError = u"no microphone"_s;
     model.resumeRecording();
     const auto other = stop(model);
     ASSERT_TRUE(other) << status(model).toStdString();
@@ -249,15 +247,15 @@ TEST_F(RecordingTest, WhatADeadProcessLeftCanBeFinishedOrContinued) {
 TEST_F(RecordingTest, ARenameHidesNoSoundFromTheStop) {
     const QString chunks = makeDeadRecording("RENAMED");
     AppModel& model = fixture.start();
-    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("RENAMED")));
-    model.renameSelectedRun(QStringLiteral("Named"));
-    ASSERT_EQ(draftOf(QStringLiteral("RENAMED")).recordingStatus, u"imported");
+    model.selectSidebarItem(SidebarItem::meeting(u"RENAMED"_s));
+    model.renameSelectedRun(u"Named"_s);
+    ASSERT_EQ(draftOf(u"RENAMED"_s).recordingStatus, u"imported");
     const auto file = stop(model);
     ASSERT_TRUE(file) << status(model).toStdString();
     EXPECT_EQ(readWav<float>(*file).size(), 200U);
-    EXPECT_EQ(draftOf(QStringLiteral("RENAMED")).chunksDirectory, chunks);
+    EXPECT_EQ(draftOf(u"RENAMED"_s).chunksDirectory, chunks);
 
-    model.renameSelectedRun(QStringLiteral("Named again"));
+    model.renameSelectedRun(u"Named again"_s);
     EXPECT_FALSE(stop(model)) << "a finished meeting is an imported one";
     EXPECT_EQ(status(model), u"Failed to stop recording: noChunks");
 }
@@ -265,27 +263,27 @@ TEST_F(RecordingTest, ARenameHidesNoSoundFromTheStop) {
 TEST_F(RecordingTest, ARecordingOfAnotherProcessIsLeftAlone) {
     makeDeadRecording("D");
     AppModel& model = fixture.start();
-    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("D")));
+    model.selectSidebarItem(SidebarItem::meeting(u"D"_s));
     {
-        const RecordingLock other(directoryOf(QStringLiteral("D")));
-        const QString reason = QStringLiteral("this meeting is being recorded by another process");
+        const RecordingLock other(directoryOf(u"D"_s));
+        const QString reason = u"this meeting is being recorded by another process"_s;
         model.resumeRecording();
-        EXPECT_EQ(status(model), QStringLiteral("Failed to resume recording: ") + reason);
+        EXPECT_EQ(status(model), u"Failed to resume recording: "_s + reason);
         EXPECT_FALSE(stop(model));
-        EXPECT_EQ(status(model), QStringLiteral("Failed to stop recording: ") + reason);
+        EXPECT_EQ(status(model), u"Failed to stop recording: "_s + reason);
     }
-    fixture.audioInputs->microphoneDevice->startError = QStringLiteral("busy");
+    fixture.audioInputs->microphoneDevice->startError = u"busy"_s;
     model.resumeRecording();
-    EXPECT_FALSE(RecordingLock::isHeld(directoryOf(QStringLiteral("D")))) << "what failed is not kept from others";
+    EXPECT_FALSE(RecordingLock::isHeld(directoryOf(u"D"_s))) << "what failed is not kept from others";
 }
 
 TEST_F(RecordingTest, AnImportedMeetingIsNoRecording) {
     MeetingDraftMetadata imported;
-    imported.recordingStatus = QStringLiteral("imported");
-    imported.audioPath = data.recording(QStringLiteral("I.wav"));
-    data.makeDraft(QStringLiteral("I"), imported);
+    imported.recordingStatus = u"imported"_s;
+    imported.audioPath = data.recording(u"I.wav"_s);
+    data.makeDraft(u"I"_s, imported);
     AppModel& model = fixture.start();
-    model.selectSidebarItem(SidebarItem::meeting(QStringLiteral("I")));
+    model.selectSidebarItem(SidebarItem::meeting(u"I"_s));
     model.pauseRecording();
     model.resumeRecording();
     EXPECT_EQ(status(model), u"Imported") << "no word about it";
@@ -299,15 +297,15 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
     AppModel& model = startMicrophoneOnly("Kept");
     const QString id = current(model);
     speak(100);
-    model.renameSelectedRun(QStringLiteral("Renamed while it runs"));
+    model.renameSelectedRun(u"Renamed while it runs"_s);
     ASSERT_FALSE(draftOf(id).chunksDirectory) << "a rename replaces the draft";
     model.recording().chunkedRecorder()->rotate();
     speak(100);
-    const QString garbage = directoryOf(id) + QStringLiteral("/chunks/000009.wav");
+    const QString garbage = directoryOf(id) + u"/chunks/000009.wav"_s;
     writeFileAtomically(garbage, "garbage");
     const auto refused = stop(model);
     EXPECT_FALSE(refused);
-    EXPECT_TRUE(status(model).startsWith(QStringLiteral("Failed to stop recording: chunks/000009.wav: ")));
+    EXPECT_TRUE(status(model).startsWith(u"Failed to stop recording: chunks/000009.wav: "_s));
     EXPECT_EQ(model.recording().recordingState().kind, RecordingState::Kind::recording) << "still shows";
     EXPECT_EQ(current(model), id);
     const QStringList calls = fixture.audioInputs->microphoneDevice->calls;
@@ -328,7 +326,7 @@ TEST_F(RecordingTest, AFailedStopCanBeTriedAgainWithoutTheRecorders) {
 
     model.startRecording(std::nullopt);
     const QString next = current(model);
-    ASSERT_TRUE(QFile::remove(directoryOf(next) + QStringLiteral("/metadata.json")));
+    ASSERT_TRUE(QFile::remove(directoryOf(next) + u"/metadata.json"_s));
     EXPECT_FALSE(stop(model));
     EXPECT_EQ(status(model), u"Failed to stop recording: notRecording");
     EXPECT_EQ(current(model), next);
@@ -356,5 +354,5 @@ TEST_F(RecordingTest, TheClockCountsPausesAndASilentMicrophoneIsReported) {
     fixture.waveFiles->room = 0;
     speak(1);
     EXPECT_TRUE(ModelFixture::until(
-        [&] { return status(model).startsWith(QStringLiteral("Recording is losing the sound of the microphone: ")); }));
+        [&] { return status(model).startsWith(u"Recording is losing the sound of the microphone: "_s); }));
 }

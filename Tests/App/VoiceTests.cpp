@@ -58,12 +58,7 @@ protected:
         return {0, {}};
     }
     static SpeakerProfile make(AppModel& model, const char* name) {
-        EXPECT_TRUE(model.createSpeakerProfile(QString::fromUtf8(name), {}));
-        for (const SpeakerProfileSummary& summary : model.voiceProfiles().speakerProfiles()) {
-            if (summary.profile.displayName == QString::fromUtf8(name))
-                return summary.profile;
-        }
-        throw std::runtime_error("no such profile");
+        return model.createSpeakerProfile(QString::fromUtf8(name), {}).value();
     }
     static VoiceProfileUpdateMessage line(AppModel& model, const QString& speaker) {
         const auto& lines = model.speakerReview().voiceProfileUpdateMessages();
@@ -175,6 +170,16 @@ TEST_F(VoiceTest, aVoiceThatComesLateIsStoredAndShownNowhereElse) {
     EXPECT_EQ(line(model, bob).text, QStringLiteral("Voice profile update failed: the profile has been deleted"));
 
     const SpeakerProfile other = make(model, "Bob");
+    auto refused = model.addVoiceObservation(bob, other);
+    hasBegun.acquire();
+    {
+        const SqliteConnection program(data.paths.database());
+        program.execute("BEGIN EXCLUSIVE");
+        mayGoOn.release();
+        EXPECT_FALSE(ModelFixture::resultOf(refused));
+    }
+    EXPECT_EQ(line(model, bob).text, QStringLiteral("Voice profile update failed: executeFailed: database is locked"));
+
     static_cast<void>(model.addVoiceObservation(ada, other));
     hasBegun.acquire();
     fixture.stop(); // ends the command, and waits for nothing else
@@ -261,8 +266,8 @@ TEST_F(VoiceTest, aNewNameReachesEveryLinkedMeetingAndNoOther) {
 
     EXPECT_TRUE(ModelFixture::resultOf(model.updateSpeakerProfile(profile, QStringLiteral(" Ada "), {}, true)));
     auto renamed = model.updateSpeakerProfile(profile, QStringLiteral("Ada L."), {}, true);
-    select(model, "three"); // while it is on its way
-    EXPECT_TRUE(ModelFixture::resultOf(renamed));
+    select(model, "three");                        // while it is on its way
+    EXPECT_FALSE(ModelFixture::resultOf(renamed)); // not in "two", which is damaged
     EXPECT_EQ(status(model), QStringLiteral("Speaker profile updated"));
     for (const char* run : {"one", "three"}) {
         EXPECT_EQ(onDisk(run).speakerNames.at(ada), QStringLiteral("Ada L."));

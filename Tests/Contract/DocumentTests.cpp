@@ -1,19 +1,15 @@
 // The documents that the application and the worker exchange: what is tolerated in each, and what is not.
 #include "Support/PrintQt.h"
 
-#include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/WorkerJobEvent.h"
 #include "CorvaneContract/Jobs/WorkerJobState.h"
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 
-#include <QDir>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <random>
 
@@ -24,7 +20,7 @@ namespace {
 template<typename Decode>
 bool decodes(Decode decode, const QByteArray& json) {
     try {
-        static_cast<void>(decode(json));
+        (void)decode(json);
         return true;
     } catch (const JsonError& error) {
         EXPECT_FALSE(error.text().isEmpty());
@@ -46,7 +42,7 @@ TEST(WorkerJobState, NeedsItsFourKeysInTheirTypes) {
     };
     const WorkerJobState read = decodeWorkerJobState(state("1", R"({"a":"/p"})"));
     EXPECT_EQ(read.progress, 1.0);
-    EXPECT_EQ(read.outputs.at(QStringLiteral("a")), QStringLiteral("/p"));
+    EXPECT_EQ(read.outputs.at(u"a"_s), u"/p"_s);
     EXPECT_EQ(decodeWorkerJobState(encodeWorkerJobState(read)), read);
     for (const auto& [progress, outputs] : std::vector<std::pair<QByteArray, QByteArray>>{
              {"null", "{}"}, {"\"0.5\"", "{}"}, {"true", "{}"}, {"1e400", "{}"}, {"0", R"({"a":1})"}, {"0", "null"}})
@@ -58,24 +54,23 @@ TEST(WorkerJobEvent, KeepsALineThatIsAnObjectWithAType) {
     const auto time = [](const char* ts) -> QString {
         const auto event = decodeWorkerJobEvent(QByteArray("{\"type\":\"x\",\"ts\":") + ts + "}");
         if (!event)
-            return QStringLiteral("dropped");
-        return event->timestamp ? event->timestamp->toUTC().toString(Qt::ISODateWithMs) : QStringLiteral("none");
+            return u"dropped"_s;
+        return event->timestamp ? event->timestamp->toUTC().toString(Qt::ISODateWithMs) : u"none"_s;
     };
-    EXPECT_EQ(time("\"2026-03-02T14:05:33Z\""), QStringLiteral("2026-03-02T14:05:33.000Z"));
-    EXPECT_EQ(time("\"2026-03-02T14:05:33.250Z\""), QStringLiteral("2026-03-02T14:05:33.250Z"));
-    EXPECT_EQ(time("\"2026-03-02T00:05:33.123456+01:00\""), QStringLiteral("2026-03-01T23:05:33.123Z"));
-    EXPECT_EQ(time("\"2026-03-02T23:05:33-01:30\""), QStringLiteral("2026-03-03T00:35:33.000Z"));
+    EXPECT_EQ(time("\"2026-03-02T14:05:33Z\""), u"2026-03-02T14:05:33.000Z"_s);
+    EXPECT_EQ(time("\"2026-03-02T14:05:33.250Z\""), u"2026-03-02T14:05:33.250Z"_s);
+    EXPECT_EQ(time("\"2026-03-02T00:05:33.123456+01:00\""), u"2026-03-01T23:05:33.123Z"_s);
+    EXPECT_EQ(time("\"2026-03-02T23:05:33-01:30\""), u"2026-03-03T00:35:33.000Z"_s);
     for (const char* none : {"\"2026-03-02 14:05:33\"", "\"2026-03-02T14:05:33\"", "\"2026-02-30T14:05:33Z\"",
                              "\"2026-03-02T14:05:33Z \"", "\"2026-03-02T25:05:33Z\"", "5", "null"})
-        EXPECT_EQ(time(none), QStringLiteral("none")) << none;
+        EXPECT_EQ(time(none), u"none"_s) << none;
     EXPECT_EQ(decodeWorkerJobEvent("{\"type\":\"x\"}")->payload.size(), 1U);
     for (const char* dropped :
          {"[1,2]", "{\"type\":5}", "{\"a\":1}", "{\"type\":\"x\"", "\"type\"", "{\"type\":\"x\"}{}"})
         EXPECT_FALSE(decodeWorkerJobEvent(dropped)) << dropped;
 
-    const JSONValue::Object details{{QStringLiteral("n"), 1.5}};
-    const QByteArray line = encodeWorkerJobEvent(
-        QStringLiteral("x"), *parseInternetDateTime(QStringLiteral("2026-03-02T14:05:33Z")), details);
+    const JSONValue::Object details{{u"n"_s, 1.5}};
+    const QByteArray line = encodeWorkerJobEvent(u"x"_s, *parseInternetDateTime(u"2026-03-02T14:05:33Z"_s), details);
     EXPECT_EQ(line, "{\"n\":1.5,\"ts\":\"2026-03-02T14:05:33.000Z\",\"type\":\"x\"}\n");
 }
 
@@ -135,9 +130,9 @@ TEST(TranscriptResult, FreeFormMetadataSurvivesARewrite) {
         QByteArray(500, '[') + QByteArray(500, ']') + R"(,"empty":"","exact":0.1})";
     const TranscriptResult first =
         decodeTranscriptResult(R"({"metadata":)" + metadata + R"(,"segments":[],"speakers":[],"unknown":1})");
-    EXPECT_EQ(*first.metadata.at(QStringLiteral("a")).arrayValue(),
-              (JSONValue::Array{1, true, nullptr, JSONValue::Object{{QStringLiteral("b"), QStringLiteral("c")}}}));
-    EXPECT_EQ(numberAt(first.metadata, QStringLiteral("big")), 12345678901234567890.0);
+    EXPECT_EQ(*first.metadata.at(u"a"_s).arrayValue(),
+              (JSONValue::Array{1, true, nullptr, JSONValue::Object{{u"b"_s, u"c"_s}}}));
+    EXPECT_EQ(numberAt(first.metadata, u"big"_s), 12345678901234567890.0);
     const QByteArray written = encodeTranscriptResult(first);
     EXPECT_EQ(decodeTranscriptResult(written), first);
     EXPECT_EQ(encodeTranscriptResult(decodeTranscriptResult(written)), written);
@@ -146,9 +141,8 @@ TEST(TranscriptResult, FreeFormMetadataSurvivesARewrite) {
 
 TEST(TranscriptResult, WritesPrettyWithSortedKeysAndEveryCollection) {
     TranscriptResult result;
-    result.segments = {{.start = 0, .end = 1.5, .text = QStringLiteral("a\n\"b\""), .speaker = QStringLiteral("S")}};
-    result.speakerProfileAssignments = {
-        {QStringLiteral("S"), {QUuid(QStringLiteral("0a1b2c3d-0000-4000-8000-00000000000f")), QStringLiteral("N")}}};
+    result.segments = {{.start = 0, .end = 1.5, .text = u"a\n\"b\""_s, .speaker = u"S"_s}};
+    result.speakerProfileAssignments = {{u"S"_s, {QUuid(u"0a1b2c3d-0000-4000-8000-00000000000f"_s), u"N"_s}}};
     EXPECT_EQ(encodeTranscriptResult(result), R"({
     "metadata": {},
     "segments": [
@@ -170,31 +164,29 @@ TEST(TranscriptResult, WritesPrettyWithSortedKeysAndEveryCollection) {
     "speakers": []
 }
 )");
-    EXPECT_EQ(result.segments.front().id(), QStringLiteral("0-1.5-S-a\n\"b\""));
+    EXPECT_EQ(result.segments.front().id(), u"0-1.5-S-a\n\"b\""_s);
 }
 
 TEST(PrettyJson, IsTheUsualFormAndCanAlwaysBeRead) {
     QString everyCharacter;
     for (char16_t c = 0; c < 0x300; ++c)
         everyCharacter.append(QChar(c));
-    everyCharacter += QStringLiteral("\u2028😀");
+    everyCharacter += u"\u2028😀"_s;
     QJsonArray numbers;
     for (const double number : {0.0, 0.1, -2.5, 1e-7, 1e15, 123456789012345678.0, 9.3e18, -1e300, 5e-324})
         numbers.append(number);
     numbers.append(std::numeric_limits<qint64>::max());
-    QJsonObject object{{QStringLiteral("b"), everyCharacter},
-                       {QStringLiteral("a"), numbers},
-                       {everyCharacter, QJsonValue::Null},
-                       {QStringLiteral("e"), QJsonObject()}};
+    QJsonObject object{
+        {u"b"_s, everyCharacter}, {u"a"_s, numbers}, {everyCharacter, QJsonValue::Null}, {u"e"_s, QJsonObject()}};
     for (int depth = 0; depth < 40; ++depth)
-        object = {{QStringLiteral("inner"), QJsonArray{object, true, false, QJsonArray(), QString()}}};
+        object = {{u"inner"_s, QJsonArray{object, true, false, QJsonArray(), QString()}}};
     const QJsonDocument expected(QJsonArray{object});
     EXPECT_EQ(QJsonDocument::fromJson(prettyJson(object)).toJson(), QJsonDocument(object).toJson());
     EXPECT_EQ(QJsonDocument::fromJson(prettyJson(QJsonArray{object})).toJson(), expected.toJson());
 
     // Keys that sort differently as UTF-8 and as UTF-16 come out in one order, and as they were.
     std::mt19937 random(1);
-    const QString alphabet = QStringLiteral("aZ_é\uFFFD\uE000") + QChar(0xd83d) + QChar(0xde00) + QChar(0);
+    const QString alphabet = u"aZ_é\uFFFD\uE000"_s + QChar(0xd83d) + QChar(0xde00) + QChar(0);
     JSONValue::Object odd;
     for (int i = 0; i < 2000; ++i) {
         QString key;
@@ -207,28 +199,8 @@ TEST(PrettyJson, IsTheUsualFormAndCanAlwaysBeRead) {
     result.metadata = odd;
     EXPECT_EQ(decodeTranscriptResult(encodeTranscriptResult(result)).metadata, odd);
 
-    const QString halfPair = QStringLiteral("a") + QChar(0xd83d) + QStringLiteral("b");
-    const QByteArray written = prettyJson(QJsonObject{{QStringLiteral("title"), halfPair}});
+    const QString halfPair = u"a"_s + QChar(0xd83d) + u"b"_s;
+    const QByteArray written = prettyJson(QJsonObject{{u"title"_s, halfPair}});
     EXPECT_EQ(JsonDocument(written).root().object().required("title").string(),
-              QStringLiteral("a") + QChar(QChar::ReplacementCharacter) + QStringLiteral("b"));
-}
-
-TEST(Files, ReadsOnlyRegularFilesWithinTheLimit) {
-    const QTemporaryDir directory;
-    const auto at = [&](const char* name) { return directory.filePath(QString::fromLatin1(name)); };
-    writeFileAtomically(at("file"), "12345");
-    ASSERT_EQ(::mkfifo(QFile::encodeName(at("fifo")).constData(), 0600), 0);
-    ASSERT_TRUE(QFile::link(at("loop"), at("loop")));
-    ASSERT_TRUE(QFile::link(at("file"), at("link")));
-    QFile huge(at("huge"));
-    ASSERT_TRUE(huge.open(QIODevice::WriteOnly) && huge.resize(300LL * 1024 * 1024));
-    EXPECT_EQ(readFile(at("file"), 5), "12345");
-    EXPECT_EQ(readFile(at("link")), "12345");
-    EXPECT_FALSE(readFile(at("file"), 4));
-    for (const char* none : {"fifo", "loop", "huge", "absent", "."})
-        EXPECT_FALSE(readFile(at(none))) << none;
-    EXPECT_FALSE(readFile(at("file") + QChar(0) + QStringLiteral("x")));
-    EXPECT_FALSE(readFile(QStringLiteral("/dev/zero")));
-    writeFileAtomically(at("file"), "\xff");
-    EXPECT_FALSE(readTextFile(at("file")));
+              u"a"_s + QChar(QChar::ReplacementCharacter) + u"b"_s);
 }

@@ -1,36 +1,28 @@
 // The application's own documents, its settings, and the files that it writes for others.
 #include "Support/Builders/DataDirectoryBuilder.h"
-#include "Support/Fakes/FakeWorkspace.h"
-#include "Support/Fakes/InMemoryTokenStore.h"
 #include "Support/Fakes/InMemoryUserDefaults.h"
+#include "Support/FullDisk.h"
 #include "Support/PrintQt.h"
 
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneCore/Library/AudioImport.h"
 #include "CorvaneCore/Library/FileNames.h"
-#include "CorvaneCore/Services/DebugCommand.h"
 #include "CorvaneCore/Settings/DefaultDiarizationSettings.h"
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 
-#include <QScopeGuard>
-
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <csignal>
-#include <sstream>
 
 using namespace corvane;
 
 TEST(MeetingMetadata, FillsInWhatIsMissing) {
     const MeetingDraftMetadata plain = decodeMeetingDraft(R"({"title":"x","language":null,"unknown":{}})");
     MeetingDraftMetadata expected;
-    expected.title = QStringLiteral("x");
+    expected.title = u"x"_s;
     EXPECT_EQ(plain, expected);
-    EXPECT_EQ(plain.recordingStatus, QStringLiteral("imported"));
-    EXPECT_EQ(plain.settings.language, QStringLiteral("fr"));
+    EXPECT_EQ(plain.recordingStatus, u"imported"_s);
+    EXPECT_EQ(plain.settings.language, u"fr"_s);
     EXPECT_EQ(decodeRunAppMetadata("{}"), RunAppMetadata());
 
     const ProcessingSettings odd = decodeRunAppMetadata(R"({"min_speaker_count":5,"max_speaker_count":2,
@@ -38,23 +30,23 @@ TEST(MeetingMetadata, FillsInWhatIsMissing) {
                                        .settings;
     EXPECT_EQ(odd.minSpeakerCount, 5);
     EXPECT_EQ(odd.maxSpeakerCount, 5);
-    EXPECT_EQ(odd.speakerCountMode, QStringLiteral("auto"));
+    EXPECT_EQ(odd.speakerCountMode, u"auto"_s);
     EXPECT_EQ(odd.speakerCount, -3);
     for (const char* refused : {R"({"speaker_count":"2"})", R"({"speaker_count":2.5})", R"({"title":5})",
                                 R"({"diarization_enabled":1})", R"({"speaker_count":1e30})", "[]", ""})
-        EXPECT_THROW(static_cast<void>(decodeRunAppMetadata(refused)), JsonError) << refused;
-    EXPECT_THROW(static_cast<void>(decodeMeetingDraft(R"({"chunks":[null]})")), JsonError);
-    EXPECT_THROW(static_cast<void>(decodeMeetingDraft(R"({"started_at":"2026"})")), JsonError);
+        EXPECT_THROW((void)decodeRunAppMetadata(refused), JsonError) << refused;
+    EXPECT_THROW((void)decodeMeetingDraft(R"({"chunks":[null]})"), JsonError);
+    EXPECT_THROW((void)decodeMeetingDraft(R"({"started_at":"2026"})"), JsonError);
 }
 
 TEST(MeetingMetadata, KeepsEverythingOverAWriteAndAReading) {
     const DataDirectoryBuilder data;
     MeetingDraftMetadata draft;
-    draft.title = QStringLiteral("Zürich \"q\"\n/\\");
+    draft.title = u"Zürich \"q\"\n/\\"_s;
     draft.settings.maxSpeakerCount = 12;
     draft.startedAt = 794'152'733.123456;
-    draft.chunks = {QStringLiteral("/a"), QStringLiteral("/b")};
-    const QString meeting = data.makeDraft(QStringLiteral("M"), draft);
+    draft.chunks = {u"/a"_s, u"/b"_s};
+    const QString meeting = data.makeDraft(u"M"_s, draft);
     EXPECT_EQ(readMeetingDraft(meeting), draft);
     RunAppMetadata record;
     EXPECT_EQ(encodeRunAppMetadata(record), R"({
@@ -71,7 +63,7 @@ TEST(MeetingMetadata, KeepsEverythingOverAWriteAndAReading) {
 )");
     EXPECT_TRUE(encodeMeetingDraft({}).contains("\"chunks\": []"));
     EXPECT_FALSE(encodeMeetingDraft({}).contains("started_at"));
-    EXPECT_THROW(writeRunAppMetadata(record, QStringLiteral("/nowhere")), FileError);
+    EXPECT_THROW(writeRunAppMetadata(record, u"/nowhere"_s), FileError);
     EXPECT_EQ(fromReferenceSeconds(0), QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC));
     EXPECT_EQ(referenceSeconds(fromReferenceSeconds(draft.startedAt.value())), 794'152'733.123);
     EXPECT_TRUE(fromReferenceSeconds(1e308).isValid());
@@ -85,16 +77,16 @@ TEST(AppPaths, CreatesAPrivateTreeAndStopsAtTheFirstFailure) {
         ASSERT_EQ(::stat(QFile::encodeName(directory).constData(), &status), 0);
         EXPECT_EQ(status.st_mode & 0777, 0700U);
     }
-    writeFileAtomically(data.paths.runs() + QStringLiteral("/kept"), "x");
+    writeFileAtomically(data.paths.runs() + u"/kept"_s, "x");
     data.paths.createDirectories();
-    EXPECT_TRUE(QFile::exists(data.paths.runs() + QStringLiteral("/kept")));
+    EXPECT_TRUE(QFile::exists(data.paths.runs() + u"/kept"_s));
 
-    const AppPaths blocked(data.paths.root + QStringLiteral("/deep/er"));
+    const AppPaths blocked(data.paths.root + u"/deep/er"_s);
     createPrivateDirectory(blocked.root);
     writeFileAtomically(blocked.recordings(), "a file in the way");
     EXPECT_THROW(blocked.createDirectories(), FileError);
     EXPECT_FALSE(QFile::exists(blocked.runs()));
-    EXPECT_TRUE(AppPaths(std::nullopt).root.endsWith(QLatin1String("/Corvane")));
+    EXPECT_TRUE(AppPaths(std::nullopt).root.endsWith(u"/Corvane"_s));
 }
 
 TEST(FileNames, TakeAPathApart) {
@@ -112,55 +104,54 @@ TEST(FileNames, TakeAPathApart) {
     }
     for (const char* name : {"", ".", "..", "a/b", "/"})
         EXPECT_FALSE(isPlainName(QString::fromLatin1(name))) << name;
-    EXPECT_FALSE(isPlainName(QStringLiteral("a") + QChar(0)));
-    EXPECT_TRUE(isPlainName(QStringLiteral("...")));
+    EXPECT_FALSE(isPlainName(u"a"_s + QChar(0)));
+    EXPECT_TRUE(isPlainName(u"..."_s));
 }
 
 TEST(DefaultDiarizationSettings, TellsAnAbsentKeyFromAStoredValue) {
     InMemoryUserDefaults defaults;
     const DefaultDiarizationSettings settings(defaults);
     const auto all = [&] {
-        return QStringLiteral("%1 %2 %3 %4 %5")
-            .arg(settings.speakerCount())
+        return u"%1 %2 %3 %4 %5"_s.arg(settings.speakerCount())
             .arg(settings.diarizationEnabled() ? 1 : 0)
             .arg(settings.speakerCountMode())
             .arg(settings.minSpeakerCount())
             .arg(settings.maxSpeakerCount(settings.minSpeakerCount()));
     };
-    EXPECT_EQ(all(), QStringLiteral("2 1 auto 1 8"));
+    EXPECT_EQ(all(), u"2 1 auto 1 8"_s);
     for (const QString& key :
          {defaultsKeys::speakerCount, defaultsKeys::minSpeakerCount, defaultsKeys::maxSpeakerCount})
         defaults.set(key, std::int64_t{0});
     defaults.set(defaultsKeys::diarizationEnabled, false);
-    defaults.set(defaultsKeys::speakerCountMode, QStringLiteral("exact"));
-    EXPECT_EQ(all(), QStringLiteral("1 0 auto 1 1"));
-    defaults.set(defaultsKeys::speakerCount, QStringLiteral("7"));
+    defaults.set(defaultsKeys::speakerCountMode, u"exact"_s);
+    EXPECT_EQ(all(), u"1 0 auto 1 1"_s);
+    defaults.set(defaultsKeys::speakerCount, u"7"_s);
     defaults.set(defaultsKeys::minSpeakerCount, std::int64_t{5});
     defaults.set(defaultsKeys::maxSpeakerCount, std::int64_t{3});
     defaults.set(defaultsKeys::diarizationEnabled, std::int64_t{0});
-    defaults.set(defaultsKeys::speakerCountMode, QStringLiteral("range"));
-    EXPECT_EQ(all(), QStringLiteral("2 1 range 5 5"));
+    defaults.set(defaultsKeys::speakerCountMode, u"range"_s);
+    EXPECT_EQ(all(), u"2 1 range 5 5"_s);
 }
 
 TEST(TranscriptExportRewriter, WritesNamesIntoFourFilesAndNothingElse) {
     const DataDirectoryBuilder data;
-    const QString run = data.makeRun(QStringLiteral("R"));
-    const QString label = QStringLiteral("SPEAKER_00");
-    const SpeakerProfileAssignment assignment{QUuid::createUuid(), QStringLiteral("P")};
+    const QString run = data.makeRun(u"R"_s);
+    const QString label = u"SPEAKER_00"_s;
+    const SpeakerProfileAssignment assignment{QUuid::createUuid(), u"P"_s};
     TranscriptResult result = speechResult(3);
-    result.speakerNames = {{QStringLiteral("gone"), QStringLiteral("Old")}};
+    result.speakerNames = {{u"gone"_s, u"Old"_s}};
     result.speakerProfileAssignments = {{label, assignment}};
-    data.write(QStringLiteral("R"), runFiles::result, "{\"unknown\":1," + encodeTranscriptResult(result).mid(1));
+    data.write(u"R"_s, runFiles::result, "{\"unknown\":1," + encodeTranscriptResult(result).mid(1));
     const TranscriptExportRewriter rewriter;
     const auto content = [&](const QString& file) { return readFile(runFiles::in(run, file)).value_or("absent"); };
     const auto all = [&] {
         return content(runFiles::result) + content(runFiles::transcriptText) + content(runFiles::transcriptSRT) +
                content(runFiles::transcriptVTT);
     };
-    const SpeakerNames names{{label, QStringLiteral("Ada ")}, {QStringLiteral("SPEAKER_01"), QStringLiteral(" \t")}};
+    const SpeakerNames names{{label, u"Ada "_s}, {u"SPEAKER_01"_s, u" \t"_s}};
     rewriter.rewrite(run, names, {}, {});
     TranscriptResult expected = result;
-    expected.speakerNames = {{label, QStringLiteral("Ada ")}};
+    expected.speakerNames = {{label, u"Ada "_s}};
     EXPECT_EQ(content(runFiles::result), encodeTranscriptResult(expected));
     EXPECT_EQ(content(runFiles::transcriptText), transcriptText(expected.segments, names).toUtf8());
     EXPECT_TRUE(content(runFiles::transcriptText).startsWith("[00:00:00.000] Ada : Thanks, everyone."));
@@ -176,7 +167,7 @@ TEST(TranscriptExportRewriter, WritesNamesIntoFourFilesAndNothingElse) {
     EXPECT_EQ(erased.speakerProfileMatches.size(), 1U);
 
     for (const char* damaged : {"{}", "x"}) {
-        data.write(QStringLiteral("R"), runFiles::result, damaged);
+        data.write(u"R"_s, runFiles::result, damaged);
         const QByteArray before = all();
         EXPECT_THROW(rewriter.rewrite(run, names, {}, {}), JsonError);
         EXPECT_EQ(all(), before);
@@ -187,11 +178,10 @@ TEST(TranscriptExportRewriter, WritesNamesIntoFourFilesAndNothingElse) {
 
 TEST(AudioImport, CopiesWholeOrNotAtAll) {
     const DataDirectoryBuilder data;
-    const QString source = data.paths.root + QStringLiteral("/talk.m4a");
+    const QString source = data.paths.root + u"/talk.m4a"_s;
     const QString target = uniqueImportedAudioURL(data.paths.recordings(), source);
-    EXPECT_TRUE(target.endsWith(QLatin1String(".m4a")));
-    EXPECT_TRUE(
-        uniqueImportedAudioURL(data.paths.recordings(), QStringLiteral("/x/talk")).endsWith(QLatin1String(".wav")));
+    EXPECT_TRUE(target.endsWith(u".m4a"_s));
+    EXPECT_TRUE(uniqueImportedAudioURL(data.paths.recordings(), u"/x/talk"_s).endsWith(u".wav"_s));
     const auto nobody = [](double) {};
     const auto copyFails = [&](const QString& from) {
         EXPECT_THROW(copyAudioFile(from, target, nobody), AudioImportError) << from.toStdString();
@@ -208,21 +198,12 @@ TEST(AudioImport, CopiesWholeOrNotAtAll) {
         const QByteArray content = QByteArray(static_cast<qsizetype>(size), 'a');
         writeFileAtomically(source, content);
         {
-            // A file that may not grow stands for a disk that is full: the write before it fails is cut short.
-            rlimit before{};
-            ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-            const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-            const auto restore = qScopeGuard([&] {
-                ::setrlimit(RLIMIT_FSIZE, &before);
-                std::signal(SIGXFSZ, handler);
-            });
-            const rlimit full{static_cast<rlim_t>(size - 4'000), before.rlim_max};
-            ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &full), 0);
+            const FullDisk disk(static_cast<rlim_t>(size - 4'000)); // the write before it fails is cut short
             EXPECT_TRUE(copyFails(source)) << size;
             try {
                 copyAudioFile(source, target, nobody);
             } catch (const AudioImportError& error) {
-                EXPECT_TRUE(error.text().endsWith(QLatin1String(": File too large"))) << error.what();
+                EXPECT_TRUE(error.text().endsWith(u": File too large"_s)) << error.what();
             }
         }
         std::vector<double> fractions;
@@ -233,51 +214,4 @@ TEST(AudioImport, CopiesWholeOrNotAtAll) {
         ASSERT_TRUE(QFile::remove(target));
     }
     EXPECT_TRUE(QDir(data.paths.recordings()).isEmpty());
-}
-
-TEST(DebugCommand, PrintsOneLineAnItemAndAStatus) {
-    const DataDirectoryBuilder data;
-    InMemoryTokenStore tokens;
-    FakeWorkspace workspace;
-    std::string printed;
-    const auto run = [&](const QStringList& words, const ProcessEnvironment& environment = {}, const char* typed = "") {
-        std::istringstream input(typed);
-        std::ostringstream output;
-        const auto status = DebugCommand{tokens, workspace, environment, input, output}.run(
-            QStringList{QStringLiteral("corvane")} + words, data.paths);
-        printed = output.str();
-        return status.value_or(-1);
-    };
-    const QString debug = QStringLiteral("debug");
-    const std::string root = data.paths.root.toStdString();
-    EXPECT_EQ(run({debug}), -1);
-    EXPECT_EQ(run({QStringLiteral("x"), QStringLiteral("status")}), -1);
-    EXPECT_EQ(run({debug, QStringLiteral("what")}), 2);
-    EXPECT_EQ(printed, "Unknown debug command\n");
-    EXPECT_EQ(run({debug, QStringLiteral("status"), QStringLiteral("more")}), 0);
-    EXPECT_EQ(printed, "data_dir=" + root + "\ndatabase=" + root + "/corvane.sqlite\nlogs=" + root + "/logs\n");
-
-    const QStringList save{debug, QStringLiteral("save-hf-token")};
-    const QStringList tell{debug, QStringLiteral("token-status")};
-    EXPECT_EQ(run(tell), 0);
-    EXPECT_EQ(printed, "HF_TOKEN=missing\n");
-    EXPECT_EQ(run(save, {{QStringLiteral("HF_TOKEN"), QStringLiteral(" \n")}}, " \n second"), 2);
-    EXPECT_EQ(printed, "HF_TOKEN=missing\n");
-    EXPECT_EQ(run(save), 2);
-    EXPECT_EQ(run(save, {{QStringLiteral("HF_TOKEN"), QStringLiteral(" env ")}}, "typed\n"), 0);
-    EXPECT_EQ(tokens.readHuggingFaceToken(), QStringLiteral("env"));
-    EXPECT_EQ(run(save, {}, " typed \r\nmore"), 0);
-    EXPECT_EQ(tokens.readHuggingFaceToken(), QStringLiteral("typed"));
-    EXPECT_EQ(run(tell), 0);
-    EXPECT_EQ(printed, "HF_TOKEN=configured\n");
-    tokens.setFailure(TokenStoreError(1, QStringLiteral("The keyring is locked.")));
-    EXPECT_EQ(run(save, {}, "typed\n"), 1);
-    EXPECT_EQ(printed, "HF_TOKEN=save_failed\n");
-    EXPECT_EQ(run(tell), 0);
-    EXPECT_EQ(printed, "HF_TOKEN=missing\n");
-    ASSERT_TRUE(QDir(data.paths.root).removeRecursively());
-    EXPECT_EQ(run({debug, QStringLiteral("open-data-dir")}), 0);
-    EXPECT_EQ(printed, "");
-    EXPECT_EQ(workspace.opened, QStringList(data.paths.root));
-    EXPECT_TRUE(QFile::exists(data.paths.logs()));
 }

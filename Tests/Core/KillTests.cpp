@@ -34,13 +34,13 @@ int roundsIn(const QByteArray& content, const QByteArray& word = "Round ") {
 
 TEST(Kill, LeavesEveryDocumentWhole) {
     const DataDirectoryBuilder data;
-    const QString run = data.makeRun(QStringLiteral("RUN"));
-    const QString source = data.paths.root + QStringLiteral("/source.wav");
-    const QString launched = data.run(QStringLiteral("0A1B2C3D-0000-4000-8000-00000000000F"));
+    const QString run = data.makeRun(u"RUN"_s);
+    const QString source = data.paths.root + u"/source.wav"_s;
+    const QString launched = data.run(u"0A1B2C3D-0000-4000-8000-00000000000F"_s);
     constexpr qint64 audioBytes = 3'000'001;
     writeFileAtomically(source, QByteArray(audioBytes, 'a'));
     constexpr int segments = 600;
-    data.write(QStringLiteral("RUN"), runFiles::result, encodeTranscriptResult(speechResult(segments)));
+    data.write(u"RUN"_s, runFiles::result, encodeTranscriptResult(speechResult(segments)));
     const qsizetype turns = static_cast<qsizetype>(groupedSegments(speechResult(segments).segments).size());
     // One whole text of the first speaker's turns, for the three plain forms.
     const int names = static_cast<int>((turns + 1) / 2) * 200;
@@ -70,16 +70,16 @@ TEST(Kill, LeavesEveryDocumentWhole) {
         ASSERT_TRUE(writer.waitForFinished(60'000));
         ASSERT_EQ(writer.exitStatus(), QProcess::CrashExit) << "it has to be killed, not to end";
 
-        ASSERT_EQ(QFileInfo(data.recording(QStringLiteral("copy.wav"))).size(), audioBytes);
+        ASSERT_EQ(QFileInfo(data.recording(u"copy.wav"_s)).size(), audioBytes);
         const auto result = TranscriptResultReader().read(run);
         ASSERT_TRUE(result && result->segments.size() == segments);
-        const QString draft = data.paths.meeting(QStringLiteral("M"));
+        const QString draft = data.paths.meeting(u"M"_s);
         ASSERT_TRUE(readMeetingDraft(draft) && readRunAppMetadata(run));
         ASSERT_EQ(roundsIn(readMeetingDraft(draft)->title.toUtf8()), 200);
         ASSERT_EQ(roundsIn(readRunAppMetadata(run)->title.toUtf8()), 200);
-        ASSERT_EQ(readRunAppMetadata(launched)->title, QStringLiteral("source"));
+        ASSERT_EQ(readRunAppMetadata(launched)->title, u"source"_s);
         ASSERT_EQ(roundsIn(JobStateReader().read(launched)->message.toUtf8()), 200);
-        ASSERT_EQ(roundsIn(result->speakerNames.at(QStringLiteral("SPEAKER_00")).toUtf8()), 200);
+        ASSERT_EQ(roundsIn(result->speakerNames.at(u"SPEAKER_00"_s).toUtf8()), 200);
         for (const QString& file : {runFiles::transcriptText, runFiles::transcriptSRT, runFiles::transcriptVTT})
             ASSERT_EQ(roundsIn(readFile(runFiles::in(run, file)).value()), names) << file.toStdString();
         states.insert(readFile(runFiles::in(run, runAppMetadataFile)).value() +

@@ -34,14 +34,14 @@ std::vector<QString> chunksIn(const QString& directory) {
 TEST(RecordingKill, CostsTheBufferInFlightAndNoChunk) {
     const QTemporaryDir directory;
     SndfileAudioFiles files;
-    const QString earlier = directory.filePath(QStringLiteral("earlier/chunks"));
-    const QString output = directory.filePath(QStringLiteral("recordings/M.wav"));
+    const QString earlier = directory.filePath(u"earlier/chunks"_s);
+    const QString output = directory.filePath(u"recordings/M.wav"_s);
     std::mt19937 random(20260302); // NOLINT(bugprone-random-generator-seed)
     std::size_t chunkCount = 0;
     std::size_t frames = 0;
     for (int kill = 0; kill < kills; ++kill) {
         SCOPED_TRACE(kill);
-        const QString chunks = directory.filePath(QStringLiteral("%1/chunks").arg(kill));
+        const QString chunks = directory.filePath(u"%1/chunks"_s.arg(kill));
         QProcess recorder;
         recorder.start(QStringLiteral(RECORD_FOREVER), {chunks, earlier, output});
         ASSERT_TRUE(recorder.waitForReadyRead());
@@ -55,7 +55,7 @@ TEST(RecordingKill, CostsTheBufferInFlightAndNoChunk) {
         const auto written = told.first(told.lastIndexOf('\n')).split('\n').last().toULongLong();
 
         const FinalizationPlan plan{
-            .meetingID = QStringLiteral("M"), .chunks = chunksIn(chunks), .systemChunks = {}, .output = output};
+            .meetingID = u"M"_s, .chunks = chunksIn(chunks), .systemChunks = {}, .output = output};
         ASSERT_NO_THROW(finalizeChunks(files, plan));
         const auto recorded = readWav<std::int32_t>(output);
         ASSERT_GE(recorded.size(), written);
@@ -65,8 +65,8 @@ TEST(RecordingKill, CostsTheBufferInFlightAndNoChunk) {
         chunkCount += plan.chunks.size();
         frames += recorded.size();
         // The next process finishes this one's chunks while it records.
-        ASSERT_TRUE(kill == 0 || QDir(directory.filePath(QStringLiteral("earlier"))).removeRecursively());
-        ASSERT_TRUE(QDir(directory.path()).rename(QString::number(kill), QStringLiteral("earlier")));
+        ASSERT_TRUE(kill == 0 || QDir(directory.filePath(u"earlier"_s)).removeRecursively());
+        ASSERT_TRUE(QDir(directory.path()).rename(QString::number(kill), u"earlier"_s));
     }
     EXPECT_GT(chunkCount, static_cast<std::size_t>(kills)) << "the kills have to meet rotations";
     std::printf("%zu chunks and %zu frames of %d killed recorders\n", chunkCount, frames, kills);

@@ -14,9 +14,9 @@ CommandLine parse(const QStringList& arguments) {
 
 TEST(CommandLine, OptionsStandAnywhereAndTheLastOneCounts) {
     const CommandLine line = parse({"--json", "process", "--language=fr", "abc", "--language", "--wait", "--wait"});
-    EXPECT_EQ(line.command, QStringLiteral("process"));
+    EXPECT_EQ(line.command, u"process"_s);
     EXPECT_EQ(line.operands, QStringList("abc"));
-    EXPECT_EQ(line.value("language"), QStringLiteral("--wait")); // a value is taken as it comes
+    EXPECT_EQ(line.value("language"), u"--wait"_s); // a value is taken as it comes
     EXPECT_TRUE(line.has("json"));
     EXPECT_TRUE(line.has("wait"));
     EXPECT_EQ(parse({"process", "--speakers="}).value("speakers"), QString());
@@ -42,12 +42,7 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
         {"import"},
     };
     for (const QStringList& arguments : wrong)
-        EXPECT_THROW(static_cast<void>(parse(arguments)), UsageError) << arguments.join(' ').toStdString();
-}
-
-TEST(CommandLine, HelpNeedsNoOperands) {
-    EXPECT_TRUE(parse({"rename", "-h"}).has("help"));
-    EXPECT_TRUE(parse({"--version"}).has("version"));
+        EXPECT_THROW((void)parse(arguments), UsageError) << arguments.join(' ').toStdString();
 }
 
 } // namespace

@@ -23,7 +23,7 @@ QString chosen(const std::vector<MeetingListItem>& meetings, const QString& word
 
 QString refusal(const std::vector<MeetingListItem>& meetings, const QString& words) {
     try {
-        static_cast<void>(chooseMeeting(meetings, words));
+        (void)chooseMeeting(meetings, words);
     } catch (const CtlError& error) {
         EXPECT_EQ(error.status(), ExitStatus::noSuchMeeting);
         return error.text();
@@ -39,10 +39,10 @@ const std::vector<MeetingListItem> library{
 };
 
 TEST(MeetingChoice, TakesIdsBeginningsAndTitles) {
-    EXPECT_EQ(chosen(library, "latest"), QStringLiteral("AAAA0000-1111"));
-    EXPECT_EQ(chosen(library, "aaaa0000-2"), QStringLiteral("AAAA0000-2222"));
-    EXPECT_EQ(chosen(library, "Weekly"), QStringLiteral("AAAA0000-1111")) << "titles count exactly";
-    EXPECT_EQ(chosen(library, "b"), QStringLiteral("B")) << "a whole id wins over those that begin with it";
+    EXPECT_EQ(chosen(library, "latest"), u"AAAA0000-1111"_s);
+    EXPECT_EQ(chosen(library, "aaaa0000-2"), u"AAAA0000-2222"_s);
+    EXPECT_EQ(chosen(library, "Weekly"), u"AAAA0000-1111"_s) << "titles count exactly";
+    EXPECT_EQ(chosen(library, "b"), u"B"_s) << "a whole id wins over those that begin with it";
 }
 
 TEST(MeetingChoice, NamesTheCandidatesWhereSeveralFit) {
@@ -60,7 +60,7 @@ TEST(MeetingChoice, ShortIdsFitOneMeetingEach) {
     EXPECT_THAT(shortIDs({meeting("abcdefghijkl", ""), meeting("ABCDEFGHIJkz", ""), meeting("zyxwvutsrq", "")}),
                 ElementsAre("abcdefghijkl", "ABCDEFGHIJkz", "zyxwvuts"));
     // Never half a character.
-    const QString music = QString::fromUtf8("1234567\xF0\x9D\x84\x9E-rest");
+    const QString music = u"1234567\U0001D11E-rest"_s;
     EXPECT_THAT(shortIDs({meeting(music, "")}), ElementsAre(music.left(9)));
 }
 

@@ -36,13 +36,13 @@ TEST(RecordingText, Positions) {
 }
 
 TEST(RecordingText, LevelsReachFromSilenceToFullScale) {
-    EXPECT_EQ(levelText(1), QStringLiteral("[############]   0 dB"));
-    EXPECT_EQ(levelText(0.9999), QStringLiteral("[############]   0 dB")) << "never minus nothing";
-    EXPECT_EQ(levelText(0.0316228), QStringLiteral("[######------] -30 dB"));
-    EXPECT_EQ(levelText(1e-9), QStringLiteral("[------------] -60 dB")) << "faint is not silent";
+    EXPECT_EQ(levelText(1), u"[############]   0 dB"_s);
+    EXPECT_EQ(levelText(0.9999), u"[############]   0 dB"_s) << "never minus nothing";
+    EXPECT_EQ(levelText(0.0316228), u"[######------] -30 dB"_s);
+    EXPECT_EQ(levelText(1e-9), u"[------------] -60 dB"_s) << "faint is not silent";
     EXPECT_EQ(levelText(7), levelText(1)) << "clipped";
-    EXPECT_EQ(levelText(0), QStringLiteral("silent"));
-    EXPECT_EQ(levelText(std::numeric_limits<double>::quiet_NaN()), QStringLiteral("silent"));
+    EXPECT_EQ(levelText(0), u"silent"_s);
+    EXPECT_EQ(levelText(std::numeric_limits<double>::quiet_NaN()), u"silent"_s);
 }
 
 TEST(RecordingText, TheMeterKeepsItsColumns) {
@@ -66,11 +66,11 @@ TEST(RecordingText, CaptureTellsWhatIsMissing) {
     microphone.deviceChanges = {"lost", "back: \x1b[2J"};
     TrackHealth& system = report.tracks[captureTracks::system];
     system.recordedSeconds = system.silentSeconds = 60;
-    EXPECT_EQ(captureText(report), QStringLiteral("  microphone  sound missing  60.0 s  not written: 2.5 s, "
-                                                  "2 device changes\n"
-                                                  "  system      silent         60.0 s  silent for 60.0 s\n"));
+    EXPECT_EQ(captureText(report), u"  microphone  sound missing  60.0 s  not written: 2.5 s, "
+                                   "2 device changes\n"
+                                   "  system      silent         60.0 s  silent for 60.0 s\n"_s);
     const QJsonObject json = captureJson(report);
-    EXPECT_EQ(json["microphone"]["verdict"].toString(), QStringLiteral("sound missing"));
+    EXPECT_EQ(json["microphone"]["verdict"].toString(), u"sound missing"_s);
     EXPECT_EQ(json["microphone"]["deviceChanges"].toArray().size(), 2);
     EXPECT_EQ(json["system"]["silentSeconds"].toDouble(), 60);
 }

@@ -17,37 +17,34 @@ protected:
 };
 
 TEST_F(Text, ControlCharactersAndReversedTextAreShown) {
-    const QString hostile = QString::fromUtf8("a\x1b[2J\n\t\r\x7f\u009b\u202e\u2028é");
-    EXPECT_EQ(visibleText(hostile), QString::fromUtf8("a\\x1b[2J\\n\\t\\r\\x7f\\u009b\\u202e\\u2028é"));
-    EXPECT_EQ(visibleText("a\n\tb\x1b", LineBreaks::kept), QStringLiteral("a\n\tb\\x1b"));
+    const QString hostile = u"a\x1b[2J\n\t\r\x7f\u009b\u202e\u2028é"_s;
+    EXPECT_EQ(visibleText(hostile), u"a\\x1b[2J\\n\\t\\r\\x7f\\u009b\\u202e\\u2028é"_s);
+    EXPECT_EQ(visibleText("a\n\tb\x1b", LineBreaks::kept), u"a\n\tb\\x1b"_s);
 }
 
 TEST_F(Text, ColumnsLineUpByWidthNotByLength) {
-    EXPECT_EQ(tableText({{"ID", "TITLE"}, {QString::fromUtf8("会议"), "x"}, {QString::fromUtf8("e\u0301"), ""}}),
-              QString::fromUtf8("ID    TITLE\n会议  x\ne\u0301\n"));
+    EXPECT_EQ(tableText({{"ID", "TITLE"}, {u"会议"_s, "x"}, {u"e\u0301"_s, ""}}), u"ID    TITLE\n会议  x\ne\u0301\n"_s);
 }
 
 TEST_F(Text, ProgressFitsTheTerminal) {
-    EXPECT_EQ(progressText(0.25, 72.9, "Listening\n", 80),
-              QStringLiteral("[#####---------------]  25 %  1:12  Listening\\n"));
-    EXPECT_EQ(progressText(0.999, std::nullopt, {}, 80), QStringLiteral("[###################-]  99 %"));
+    EXPECT_EQ(progressText(0.25, 72.9, "Listening\n", 80), u"[#####---------------]  25 %  1:12  Listening\\n"_s);
+    EXPECT_EQ(progressText(0.999, std::nullopt, {}, 80), u"[###################-]  99 %"_s);
     // A character of two columns that would stand half outside is left out.
-    const QString cut = progressText(1, 5, QString::fromUtf8("会议会议会议会议"), 40);
+    const QString cut = progressText(1, 5, u"会议会议会议会议"_s, 40);
     EXPECT_EQ(displayWidth(cut), 39);
     EXPECT_TRUE(cut.endsWith(QChar(0x2026)));
-    EXPECT_EQ(progressText(std::numeric_limits<double>::quiet_NaN(), std::nullopt, {}, 80).right(4),
-              QStringLiteral(" 0 %"));
+    EXPECT_EQ(progressText(std::numeric_limits<double>::quiet_NaN(), std::nullopt, {}, 80).right(4), u" 0 %"_s);
     EXPECT_TRUE(progressText(7e300, std::numeric_limits<double>::infinity(), {}, 80).endsWith("] 100 %  ?"));
 }
 
 TEST_F(Text, DurationsAndAges) {
-    EXPECT_EQ(durationText(7.9), QStringLiteral("0:07"));
-    EXPECT_EQ(durationText(3723), QStringLiteral("1:02:03"));
-    EXPECT_EQ(durationText(-1), QStringLiteral("?"));
-    EXPECT_EQ(ageText(119), QStringLiteral("119 s"));
-    EXPECT_EQ(ageText(7199), QStringLiteral("119 min"));
-    EXPECT_EQ(ageText(86400 * 2), QStringLiteral("2 d"));
-    EXPECT_EQ(ageText(-5), QStringLiteral("0 s")) << "a file from the future";
+    EXPECT_EQ(durationText(7.9), u"0:07"_s);
+    EXPECT_EQ(durationText(3723), u"1:02:03"_s);
+    EXPECT_EQ(durationText(-1), u"?"_s);
+    EXPECT_EQ(ageText(119), u"119 s"_s);
+    EXPECT_EQ(ageText(7199), u"119 min"_s);
+    EXPECT_EQ(ageText(86400 * 2), u"2 d"_s);
+    EXPECT_EQ(ageText(-5), u"0 s"_s) << "a file from the future";
 }
 
 TEST_F(Text, SpeakersOption) {
@@ -62,7 +59,7 @@ TEST_F(Text, SpeakersOption) {
     EXPECT_EQ(range.maxSpeakerCount, 5);
     for (const char* wrong :
          {"", "0", "-1", "5-2", "2-", "-", "x", "1.5", "0-3", "1001", "99999999999999999999", "2 - 5"})
-        EXPECT_THROW(static_cast<void>(withSpeakers({}, wrong)), UsageError) << wrong;
+        EXPECT_THROW((void)withSpeakers({}, wrong), UsageError) << wrong;
 }
 
 } // namespace

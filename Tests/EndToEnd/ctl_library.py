@@ -103,8 +103,11 @@ class Library(support.EndToEndTest):
         self.assertNotIn("\u009b".encode(), self.ctl("meetings", "--json").stdout)
         self.assertEqual(self.ctl_json("meetings")[0]["title"], "red \x1b[31m\u202e\u009b")
 
-    def test_names_of_speakers(self):
+    def test_names_of_speakers_in_every_form(self):
         meeting = self.processed()
+        result = self.ctl_json("transcript", meeting)
+        self.assertEqual(result["unknown_key"], [1])
+        self.assertEqual(result, json.loads(self.ctl("transcript", meeting, "--format", "json").stdout))
         error = self.ctl("speaker", meeting, "SPEAKER_7", "Ann", expect=1).stderr.decode()
         self.assertIn("SPEAKER_00", error)
         self.assertIn("a/b", error)
@@ -122,23 +125,14 @@ class Library(support.EndToEndTest):
                 self.assertEqual(printed, file.read())
             self.assertIn('Zoë "Z"\nde: '.encode(), printed)
 
-    def test_the_result_is_printed_as_it_is(self):
-        meeting = self.processed()
-        result = self.ctl_json("transcript", meeting)
-        self.assertEqual(result["unknown_key"], [1])
-        self.assertEqual(result, json.loads(self.ctl("transcript", meeting, "--format", "json").stdout))
-
     def test_damaged_results_are_told_of(self):
         meeting = self.processed()
-        path = self.ctl_json("show", meeting)["runs"][0]["directory"] + "/result.json"
+        path = pathlib.Path(self.ctl_json("show", meeting)["runs"][0]["directory"], "result.json")
         segment = {"start": 1e300, "end": 1e300, "text": "x", "speaker": "A"}
-        with open(path, "w", encoding="utf-8") as file:
-            json.dump({"metadata": {}, "segments": [segment], "speakers": []}, file)
-        self.assertIn(b"cannot be printed", self.ctl("transcript", meeting, expect=1).stderr)
-        with open(path, "w", encoding="utf-8") as file:
-            file.write('{"metadata": {')
-        self.assertIn(b"result.json is missing or cannot be read",
-                      self.ctl("transcript", meeting, expect=1).stderr)
+        for text, words in ((json.dumps({"metadata": {}, "segments": [segment], "speakers": []}), b"cannot be printed"),
+                            ('{"metadata": {', b"result.json is missing or cannot be read")):
+            path.write_text(text)
+            self.assertIn(words, self.ctl("transcript", meeting, expect=1).stderr)
 
     def test_deletes_after_a_question(self):
         meeting = self.processed()
@@ -166,16 +160,6 @@ class Library(support.EndToEndTest):
                                (("recover", meeting), b"nothing was recorded")):
             self.assertIn(words, self.ctl(*command, expect=1).stderr)
         self.assertEqual(json.loads(path.read_text()), document)
-
-    def test_which_meeting(self):
-        first, second = self.imported("same.wav"), self.imported("same.wav")
-        result = self.ctl("show", "same", expect=3)
-        self.assertIn(first[:8], result.stderr.decode())
-        self.assertIn(second[:8], result.stderr.decode())
-        self.ctl("rename", second, "other")
-        self.assertEqual(self.ctl_json("show", "same")["id"], first)
-        self.assertEqual(self.ctl_json("show", "latest")["id"], self.ctl_json("meetings")[0]["id"])
-        self.ctl("show", "nothing like it", expect=3)
 
     def test_another_data_directory(self):
         other = self.home / "other"

@@ -60,14 +60,6 @@ class Processing(support.EndToEndTest):
         self.ctl("process", meeting, "--wait", "--force")
         self.ctl("transcript", meeting)
 
-    def test_a_worker_that_cannot_be_started(self):
-        meeting = self.imported()
-        script = self.home / "no-interpreter"
-        script.write_text("#!/nonexistent\n")
-        script.chmod(0o755)
-        result = self.ctl("process", meeting, expect=1, CORVANE_WORKER_PATH=str(script))
-        self.assertIn(b"Failed to launch worker", result.stderr)
-
     def test_the_worker_outlives_an_interrupted_and_a_killed_follower(self):
         for number, status in ((signal.SIGINT, 130), (signal.SIGTERM, 143), (signal.SIGKILL, -9)):
             with self.subTest(number=number):

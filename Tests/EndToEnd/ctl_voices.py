@@ -71,7 +71,10 @@ class Voices(support.EndToEndTest):
             self.assertIn(b"database is locked", self.ctl("profiles", expect=1).stderr)
             self.assertIn(b"Ann", self.ctl("transcript", meeting).stdout)
         other.close()
-        self.assertEqual(len(self.ctl_json("profiles")), 1)
+        document = self.run_of(meeting) / "result.json"
+        document.write_bytes(document.read_bytes()[:-9])
+        self.assertIn(b"not valid JSON", self.ctl("profiles", "rename", "Ann", "Anne", expect=1).stderr)
+        self.assertEqual([one["name"] for one in self.ctl_json("profiles")], ["Anne"])
         (self.root / "corvane.sqlite").write_bytes(b"x" * 5000)
         self.assertIn(b"not a database", self.ctl("profiles", expect=1).stderr)
         self.assertEqual((self.root / "corvane.sqlite").read_bytes(), b"x" * 5000)

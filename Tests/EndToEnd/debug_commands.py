@@ -33,18 +33,20 @@ class DebugCommands(support.EndToEndTest):
         self.check(["debug", "save-hf-token"], b"HF_TOKEN=missing\n", 2, stdin=b"\ntoken\n")
         self.check(["debug", "save-hf-token"], b"HF_TOKEN=missing\n", 2, stdin=b" \n", HF_TOKEN=" \t")
 
-    def test_a_blank_variable_falls_through_to_standard_input_and_the_keyring_keeps_it(self):
+    def test_the_keyring_keeps_the_variable_or_if_that_is_blank_the_first_line_of_standard_input(self):
         (self.home / "runtime").mkdir(mode=0o700)
         script = """
             printf pw | gnome-keyring-daemon --unlock --components=secrets >/dev/null
-            printf ' token from input \\n' | HF_TOKEN=' ' "$0" debug save-hf-token
-            "$0" debug token-status
-            secret-tool search --all service Corvane 2>&1 | grep '^secret'
+            for variable in ' from variable ' ' '; do
+                printf ' from input \\r\\nmore' | HF_TOKEN="$variable" "$0" debug save-hf-token
+                "$0" debug token-status
+                secret-tool search --all service Corvane 2>&1 | grep '^secret'
+            done
         """
         result = subprocess.run(["dbus-run-session", "--", "sh", "-c", script, support.BIN / "corvane"],
                                 capture_output=True, timeout=support.LIMIT, env=self.environment, check=False)
-        self.assertEqual(result.stdout,
-                         b"HF_TOKEN=configured\nHF_TOKEN=configured\nsecret = token from input\n",
+        self.assertEqual(result.stdout, b"HF_TOKEN=configured\nHF_TOKEN=configured\nsecret = from variable\n"
+                                        b"HF_TOKEN=configured\nHF_TOKEN=configured\nsecret = from input\n",
                          result.stderr)
 
     def test_open_data_dir_makes_the_directories_and_opens_the_root(self):

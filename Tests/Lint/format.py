@@ -12,11 +12,8 @@ def main():
     result = subprocess.run([options.clang_format, "--dry-run", "-Werror", *map(str, paths)], cwd=options.root,
                             capture_output=True, text=True, check=False)
     # One line a file will do: the tool mends them all at once.
-    places = re.findall(r"^(\S+?):(\d+):\d+: error: ", result.stderr, re.MULTILINE)
-    first = {}
-    for path, line in places:
-        first.setdefault(path, line)
-    findings = [f"{path}:{line}: mend it with clang-format -i {path}" for path, line in first.items()]
+    first = dict(reversed(re.findall(r"^(\S+?):(\d+):\d+: error: ", result.stderr, re.MULTILINE)))
+    findings = [f"{path}:{line}: mend it with clang-format -i {path}" for path, line in sorted(first.items())]
     if result.returncode != 0 and not findings:
         findings = [result.stderr.strip() or "clang-format failed"]
     tree.finish(findings, len(paths))

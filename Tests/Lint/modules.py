@@ -38,17 +38,12 @@ class Rules:
         return max(holding, key=lambda module: len(module["path"]), default=None)
 
 
-class QtHeaders:
-    """Finds the Qt module that a header belongs to, by looking where Qt's headers are installed."""
-
-    def __init__(self, root):
-        self.modules = sorted(path for path in Path(root).glob("Qt*") if path.is_dir())
-
-    def module_of(self, header):
-        first, _, rest = header.partition("/")
-        if rest and re.fullmatch(r"Qt[A-Z]\w*", first):
-            return first
-        return next((path.name for path in self.modules if (path / header).is_file()), None)
+def qt_module_of(qt, header):
+    """The Qt module that a header belongs to, by where it is installed below the directory `qt`."""
+    first, _, rest = header.partition("/")
+    if rest and re.fullmatch(r"Qt[A-Z]\w*", first):
+        return first
+    return next((path.parts[-2 - header.count("/")] for path in sorted(qt.glob("Qt*/" + header))), None)
 
 
 def includes(path):
@@ -77,7 +72,7 @@ def outside_include(rules, qt, module, header):
         return f'<{header}>: headers of this project are included in double quotes'
     if any(name in rules.headers and rules.headers[name].fullmatch(header) for name in module["headers"]):
         return None
-    qt_module = qt.module_of(header)
+    qt_module = qt_module_of(qt, header)
     if qt_module in module["headers"]:
         return None
     origin = f" of {qt_module}" if qt_module else ""
@@ -163,10 +158,9 @@ def read_targets(path):
 def main():
     options = tree.arguments(__doc__, "rules", "qt-headers", "targets")
     rules = Rules(Path(options.rules))
-    qt = QtHeaders(options.qt_headers)
     paths = [path for path in tree.files(options.root) if tree.is_source(path) and tree.under(path, "Sources")]
     targets = read_targets(options.targets)
-    findings = [*check_includes(rules, qt, options.root, paths), *check_links(rules, targets)]
+    findings = [*check_includes(rules, Path(options.qt_headers), options.root, paths), *check_links(rules, targets)]
     tree.finish(findings, len(paths) if targets else 0)
 
 

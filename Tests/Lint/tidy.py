@@ -5,6 +5,7 @@ the command that compiles it, .clang-tidy or clang-tidy itself. What it reads is
 """
 
 import concurrent.futures
+import functools
 import hashlib
 import json
 import os
@@ -17,52 +18,39 @@ import tree
 
 def dependencies(build):
     """Object file -> the files it was made from, as ninja noted them."""
-    result = subprocess.run(["ninja", "-C", str(build), "-t", "deps"], capture_output=True, text=True, check=False)
-    noted, current = {}, None
-    for line in result.stdout.splitlines():
-        if line.startswith("    "):
-            current.append(line.strip())
-        elif ": #deps" in line:
-            name, _, state = line.partition(": #deps")
-            current = []
-            if "(VALID)" in state:
-                noted[name] = current
+    listed = subprocess.run(["ninja", "-C", str(build), "-t", "deps"], capture_output=True, text=True, check=False)
+    noted = {}
+    for block in listed.stdout.split("\n\n"):
+        first, *needed = block.strip().splitlines() or [""]
+        name, _, state = first.partition(": #deps")
+        if "(VALID)" in state:
+            noted[name] = [line.strip() for line in needed]
     return noted
 
 
-class Fingerprints:
-    """Keys of what clang-tidy sees: our files by content, those of the system by time and size."""
+def fingerprints(root, build, clang_tidy, entries):
+    """File -> a key of what clang-tidy sees, or None where what the file depends on is not known. Our own files count
+    by content, those of the system by time and size."""
+    version = subprocess.run([clang_tidy, "--version"], capture_output=True, text=True, check=True).stdout
+    common = [version, (root / ".clang-tidy").read_text(), Path(__file__).read_text()]
+    noted = dependencies(build)
 
-    def __init__(self, root, build, clang_tidy):
-        self.build = build
-        self.root = str(root)
-        version = subprocess.run([clang_tidy, "--version"], capture_output=True, text=True, check=True).stdout
-        self.common = [version, (root / ".clang-tidy").read_text(), Path(__file__).read_text()]
-        self.noted = dependencies(build)
-        self.known = {}
+    @functools.cache
+    def of_file(name):
+        path = build / name
+        if str(path.resolve()).startswith(str(root)):
+            return hashlib.sha256(path.read_bytes()).hexdigest()
+        return f"{path.stat().st_mtime_ns} {path.stat().st_size}"
 
-    def of_file(self, name):
-        if name not in self.known:
-            path = self.build / name
-            if str(path.resolve()).startswith(self.root):
-                self.known[name] = hashlib.sha256(path.read_bytes()).hexdigest()
-            else:
-                status = path.stat()
-                self.known[name] = f"{status.st_mtime_ns} {status.st_size}"
-        return self.known[name]
-
-    def of_entry(self, entry):
-        """The key, or None where what the file depends on is not known."""
+    def of_entry(entry):
         output = re.search(r" -o (\S+)", entry["command"])
-        needed = self.noted.get(output[1]) if output else None
-        if not needed:
-            return None
+        needed = noted.get(output[1]) if output else None
         try:
-            parts = [*self.common, entry["command"], self.of_file(entry["file"])]
-            parts += [f"{name} {self.of_file(name)}" for name in sorted(needed)]
+            parts = [f"{name} {of_file(name)}" for name in [entry["file"], *sorted(needed or ())]]
         except OSError:
             return None
-        return hashlib.sha256("\0".join(parts).encode()).hexdigest()
+        return hashlib.sha256("\0".join([*common, entry["command"], *parts]).encode()).hexdigest() if needed else None
+    return {entry["file"]: of_entry(entry) for entry in entries}
 
 
 def examine(clang_tidy, build, file):
@@ -78,10 +66,9 @@ def main():
     build = Path(options.build).resolve()
     entries = [entry for entry in json.loads((build / "compile_commands.json").read_text())
                if tree.under(Path(entry["file"]), options.root / "Sources")]
-    fingerprints = Fingerprints(options.root, build, options.clang_tidy)
     cache = build / "tidy-clean"
     cache.mkdir(exist_ok=True)
-    keys = {entry["file"]: fingerprints.of_entry(entry) for entry in entries}
+    keys = fingerprints(options.root, build, options.clang_tidy, entries)
     waiting = [file for file, key in keys.items() if key is None or not (cache / key).exists()]
 
     findings = []

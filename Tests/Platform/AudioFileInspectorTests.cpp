@@ -49,9 +49,9 @@ protected:
     [[nodiscard]] QString at(const char* name) const { return directory.filePath(QString::fromUtf8(name)); }
     // A file made by the ffmpeg program with the given options before its name.
     QString make(const char* name, const char* options) {
-        QStringList arguments{QStringLiteral("-v"), QStringLiteral("error")};
-        arguments += QString::fromUtf8(options).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        const CommandResult result = launcher.run(QStringLiteral("/usr/bin/ffmpeg"), arguments << at(name));
+        QStringList arguments{u"-v"_s, u"error"_s};
+        arguments += QString::fromUtf8(options).split(u' ', Qt::SkipEmptyParts);
+        const CommandResult result = launcher.run(u"/usr/bin/ffmpeg"_s, arguments << at(name));
         EXPECT_EQ(result.status, 0) << result.output.toStdString();
         return at(name);
     }
@@ -67,12 +67,12 @@ TYPED_TEST(AudioFileInspectorContract, TellsTheLengthOfAFileAndNothingOfWhatIsNo
     TypeParam implementation;
     const QTemporaryDir directory;
     for (const char* name : {"plain.wav", "http://x: 100%d é#?.wav", "-i", "no extension", "a,b|c.wav"}) {
-        const QString path = directory.filePath(QString::fromUtf8(name).replace(QLatin1Char('/'), QLatin1Char('_')));
+        const QString path = directory.filePath(QString::fromUtf8(name).replace(u'/', u'_'));
         implementation.add(path, 12'345);
         EXPECT_EQ(implementation.inspector.durationSeconds(path), 12'345 / 8000.0) << name;
     }
     EXPECT_FALSE(implementation.inspector.durationSeconds(directory.path()));
-    EXPECT_FALSE(implementation.inspector.durationSeconds(directory.filePath(QStringLiteral("absent.wav"))));
+    EXPECT_FALSE(implementation.inspector.durationSeconds(directory.filePath(u"absent.wav"_s)));
 }
 
 TEST_F(FFmpegAudioFileInspectorTest, KnowsCompressedAudioAndMovies) {

@@ -2,12 +2,12 @@
 #include "Support/PrintQt.h"
 #include "Support/PrivateAudioServer.h"
 #include "Support/Tape.h"
+#include "Support/WavFiles.h"
 
 #include "CorvaneContract/Files/Files.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioPlayers.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegDecoder.h"
 #include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
-#include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 
 #include <QElapsedTimer>
@@ -33,23 +33,18 @@ protected:
     [[nodiscard]] QString at(const char* name) const { return directory.filePath(QString::fromUtf8(name)); }
     // The sound in a file of the kind that its name says.
     QString make(const char* name) {
-        const auto writer = SndfileAudioFiles().create(at("a.wav"), {rate, 1, AudioFormat::Sample::float32});
-        EXPECT_TRUE(writer->write(reinterpret_cast<const std::byte*>(sound.data()), sound.size()));
-        writer->close();
+        writeWav(at("a.wav"), {rate, 1, AudioFormat::Sample::float32}, sound);
         if (at(name) != at("a.wav"))
             convert(name, "-f lavfi -i testsrc=d=2.5:s=64x64:r=5", "-b:a 192k");
         return at(name);
     }
     void convert(const char* name, const char* picture, const char* options) {
-        QStringList arguments{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), at("a.wav")};
-        const auto add = [&arguments](const char* words) {
-            arguments += QString::fromUtf8(words).split(QLatin1Char(' '));
-        };
+        QStringList arguments{u"-v"_s, u"error"_s, u"-i"_s, at("a.wav")};
+        const auto add = [&arguments](const char* words) { arguments += QString::fromUtf8(words).split(u' '); };
         if (QByteArray(name).endsWith(".mp4"))
             add(picture);
         add(options);
-        const CommandResult result =
-            LinuxProcessLauncher().run(QStringLiteral("/usr/bin/ffmpeg"), arguments << at(name));
+        const CommandResult result = LinuxProcessLauncher().run(u"/usr/bin/ffmpeg"_s, arguments << at(name));
         EXPECT_EQ(result.status, 0) << result.output.toStdString();
     }
     [[nodiscard]] QString whyNotOpen(const char* name) const {
@@ -58,7 +53,7 @@ protected:
         } catch (const AudioPlayerError& error) {
             return error.text();
         }
-        return QStringLiteral("opened");
+        return u"opened"_s;
     }
     // What is heard of a file that is played from a time on to its end.
     Likeness likenessFrom(const QString& path, double seconds) {
@@ -124,7 +119,7 @@ TEST_F(AudioPlayerTest, WhatIsNoSoundIsRefusedWithAReason) {
     writeFileAtomically(at("list.ffconcat"), "ffconcat version 1.0\nfile a.wav\n");
     EXPECT_NE(whyNotOpen("loop.wav"), u"opened");
     for (const char* name : {"text.mp3", "empty.wav", "list.m3u8", "list.ffconcat", "fifo.wav"})
-        EXPECT_EQ(whyNotOpen(name), QString::fromUtf8(name) + QStringLiteral(": It cannot be read as an audio file"));
+        EXPECT_EQ(whyNotOpen(name), QString::fromUtf8(name) + u": It cannot be read as an audio file"_s);
     EXPECT_EQ(whyNotOpen("silent.mp4"), u"silent.mp4: It holds no sound that can be played");
     EXPECT_EQ(whyNotOpen("absent.wav"), u"absent.wav: No such file");
 }

@@ -30,14 +30,14 @@ TEST(XdgWorkspace, HandsOneArgumentAndTheUsersUmaskToXdgOpen) {
     LinuxProcessLauncher launcher;
     XdgWorkspace workspace(launcher);
     qputenv("PATH", directory.path().toUtf8());
-    EXPECT_FALSE(workspace.open(QStringLiteral("/tmp"))) << "without xdg-open";
+    EXPECT_FALSE(workspace.open(u"/tmp"_s)) << "without xdg-open";
 
-    const QString program = directory.filePath(QStringLiteral("xdg-open"));
+    const QString program = directory.filePath(u"xdg-open"_s);
     writeFileAtomically(program, "#!/bin/sh\n(umask; echo \"$#\"; echo \"$1\") >\"${0%/*}/part\"\n"
                                  "/bin/mv \"${0%/*}/part\" \"${0%/*}/said\"\n");
     ASSERT_TRUE(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
     ::umask(077);
-    const QString said = directory.filePath(QStringLiteral("said"));
+    const QString said = directory.filePath(u"said"_s);
     const std::pair<const char*, const char*> cases[] = {
         {"/a b/$HOME;`x`", "/a b/$HOME;`x`"},
         {"https://example.org/?a=1&b=ü", "https://example.org/?a=1&b=ü"},
@@ -45,7 +45,7 @@ TEST(XdgWorkspace, HandsOneArgumentAndTheUsersUmaskToXdgOpen) {
     for (const auto& [argument, expected] : cases) {
         EXPECT_TRUE(workspace.open(QString::fromUtf8(argument)));
         ASSERT_TRUE(waitFor([&] { return QFile::exists(said); }));
-        EXPECT_EQ(readTextFile(said), QStringLiteral("0022\n1\n%1\n").arg(QString::fromUtf8(expected)));
+        EXPECT_EQ(readTextFile(said), u"0022\n1\n%1\n"_s.arg(QString::fromUtf8(expected)));
         QFile::remove(said);
     }
     EXPECT_FALSE(workspace.open(QString()));
@@ -55,18 +55,17 @@ TEST(XdgWorkspace, HandsOneArgumentAndTheUsersUmaskToXdgOpen) {
 TEST(EnsureUtf8Locale, KeepsQtQuietAndTextWholeInEveryLocale) {
     LinuxProcessLauncher launcher;
     for (const char* locale : {"LANG=C", "LC_ALL=POSIX", "LC_ALL=xx_XX.UTF-8", "LC_ALL=C.UTF-8"}) {
-        const CommandResult result = launcher.run(QStringLiteral("/usr/bin/env"),
-                                                  {QStringLiteral("-i"), QString::fromUtf8(locale),
-                                                   QStringLiteral(PRINT_ARGUMENT), QStringLiteral("Zürich 🎙")});
-        EXPECT_EQ(result.output, QStringLiteral("Zürich 🎙")) << locale;
+        const CommandResult result = launcher.run(
+            u"/usr/bin/env"_s, {u"-i"_s, QString::fromUtf8(locale), QStringLiteral(PRINT_ARGUMENT), u"Zürich 🎙"_s});
+        EXPECT_EQ(result.output, u"Zürich 🎙"_s) << locale;
     }
 }
 
 TEST(NullPlatform, HasNothingAndSaysSo) {
-    EXPECT_FALSE(NullWorkspace().open(QStringLiteral("/tmp")));
-    EXPECT_FALSE(NullAudioFileInspector().durationSeconds(QStringLiteral("/tmp")));
-    EXPECT_THROW(static_cast<void>(NullAudioInputs().microphone()->format()), AudioInputError);
-    EXPECT_THROW(static_cast<void>(NullAudioPlayers().open(QStringLiteral("/tmp"))), AudioPlayerError);
+    EXPECT_FALSE(NullWorkspace().open(u"/tmp"_s));
+    EXPECT_FALSE(NullAudioFileInspector().durationSeconds(u"/tmp"_s));
+    EXPECT_THROW((void)NullAudioInputs().microphone()->format(), AudioInputError);
+    EXPECT_THROW((void)NullAudioPlayers().open(u"/tmp"_s), AudioPlayerError);
     EXPECT_THROW(NullSecretStore().saveNotionToken({}), TokenStoreError);
-    EXPECT_THROW(static_cast<void>(NullSecretStore().hasHuggingFaceToken()), TokenStoreError);
+    EXPECT_THROW((void)NullSecretStore().hasHuggingFaceToken(), TokenStoreError);
 }

@@ -38,13 +38,13 @@ public:
         writeFileAtomically(output(), {});
         writeFileAtomically(error(), {});
     }
-    [[nodiscard]] QString output() const { return m_directory.filePath(QStringLiteral("stdout.log")); }
-    [[nodiscard]] QString error() const { return m_directory.filePath(QStringLiteral("stderr.log")); }
+    [[nodiscard]] QString output() const { return m_directory.filePath(u"stdout.log"_s); }
+    [[nodiscard]] QString error() const { return m_directory.filePath(u"stderr.log"_s); }
     [[nodiscard]] ProcessRequest request(const QString& executable, const QStringList& arguments = {}) const {
         return {executable, arguments, {}, output(), error()};
     }
     [[nodiscard]] ProcessRequest shell(const char* script) const {
-        return request(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QString::fromUtf8(script)});
+        return request(u"/bin/sh"_s, {u"-c"_s, QString::fromUtf8(script)});
     }
 
 private:
@@ -64,9 +64,8 @@ struct Fake {
 struct Linux {
     LinuxProcessLauncher launcher;
     std::shared_ptr<LaunchedProcess> launchEnding(const LogFiles& logs, std::int32_t status, Termination& end) {
-        const QString script =
-            status > 128 ? QStringLiteral("kill -%1 $$").arg(status - 128) : QStringLiteral("exit %1").arg(status);
-        return launcher.launch(logs.request(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), script}), end.handler());
+        const QString script = status > 128 ? u"kill -%1 $$"_s.arg(status - 128) : u"exit %1"_s.arg(status);
+        return launcher.launch(logs.request(u"/bin/sh"_s, {u"-c"_s, script}), end.handler());
     }
 };
 
@@ -84,7 +83,7 @@ protected:
         EXPECT_TRUE(waitFor([&] { return end.calls == 1; }));
         return readTextFile(logs.output()).value_or(QString());
     }
-    static qsizetype openDescriptors() { return QDir(QStringLiteral("/proc/self/fd")).count(); }
+    static qsizetype openDescriptors() { return QDir(u"/proc/self/fd"_s).count(); }
 
     LogFiles logs;
     LinuxProcessLauncher launcher;
@@ -121,14 +120,13 @@ TYPED_TEST(ProcessLauncherContract, WhatCannotStartIsAnErrorInTheSystemsWords) {
         } catch (const LaunchError& error) {
             return error.text();
         }
-        return QStringLiteral("launched");
+        return u"launched"_s;
     };
-    EXPECT_EQ(failure(logs.request(QStringLiteral("/nowhere/corvane-worker"))),
-              QStringLiteral("No such file or directory"));
+    EXPECT_EQ(failure(logs.request(u"/nowhere/corvane-worker"_s)), u"No such file or directory"_s);
     ProcessRequest request = logs.shell("true");
-    request.standardError = QStringLiteral("/nowhere/worker.stderr.log");
-    EXPECT_EQ(failure(request), QStringLiteral("worker.stderr.log: No such file or directory"));
-    EXPECT_THROW(static_cast<void>(implementation.launcher.run(QStringLiteral("/nowhere/x"), {})), LaunchError);
+    request.standardError = u"/nowhere/worker.stderr.log"_s;
+    EXPECT_EQ(failure(request), u"worker.stderr.log: No such file or directory"_s);
+    EXPECT_THROW((void)implementation.launcher.run(u"/nowhere/x"_s, {}), LaunchError);
     EXPECT_EQ(end.calls, 0);
 }
 
@@ -137,19 +135,17 @@ TEST_F(LinuxProcessLauncherTest, PassesArgumentsEnvironmentAndFolderAsTheyAre) {
     ::setenv("CORVANE_TEST_REPLACED", "old", 1);
     ProcessRequest request =
         logs.shell("printf '%s|' \"$@\" \"$CORVANE_TEST_KEPT\" \"$CORVANE_TEST_REPLACED\" \"$NEW\"; pwd");
-    request.arguments += {QStringLiteral("sh"), QStringLiteral("$HOME `x` \"ü\" \\"), QString()};
-    request.environment = {{QStringLiteral("CORVANE_TEST_REPLACED"), QStringLiteral("a=b")},
-                           {QStringLiteral("NEW"), QStringLiteral("Zürich")}};
-    EXPECT_EQ(outputOf(request), QStringLiteral("$HOME `x` \"ü\" \\||kept|a=b|Zürich|%1\n").arg(QDir::currentPath()));
-    request.arguments += QStringLiteral("cut") + QChar(0) + QStringLiteral("short");
-    EXPECT_THROW(static_cast<void>(launcher.launch(request, {})), LaunchError);
+    request.arguments += {u"sh"_s, u"$HOME `x` \"ü\" \\"_s, QString()};
+    request.environment = {{u"CORVANE_TEST_REPLACED"_s, u"a=b"_s}, {u"NEW"_s, u"Zürich"_s}};
+    EXPECT_EQ(outputOf(request), u"$HOME `x` \"ü\" \\||kept|a=b|Zürich|%1\n"_s.arg(QDir::currentPath()));
+    request.arguments += u"cut"_s + QChar(0) + u"short"_s;
+    EXPECT_THROW((void)launcher.launch(request, {}), LaunchError);
 }
 
 TEST_F(LinuxProcessLauncherTest, WritesLogsFromTheirStartWithoutCuttingThem) {
     writeFileAtomically(logs.output(), "0123456789");
-    EXPECT_EQ(outputOf(logs.shell("printf abc; printf wrong >&2; read line && echo input")),
-              QStringLiteral("abc3456789"));
-    EXPECT_EQ(readTextFile(logs.error()), QStringLiteral("wrong"));
+    EXPECT_EQ(outputOf(logs.shell("printf abc; printf wrong >&2; read line && echo input")), u"abc3456789"_s);
+    EXPECT_EQ(readTextFile(logs.error()), u"wrong"_s);
 }
 
 TEST_F(LinuxProcessLauncherTest, GivesTheChildASessionPlainSignalsAndNoDescriptors) {
@@ -163,18 +159,17 @@ TEST_F(LinuxProcessLauncherTest, GivesTheChildASessionPlainSignalsAndNoDescripto
     QString said = outputOf(logs.shell("ls /proc/$$/fd; echo $(($(cut -d' ' -f6 /proc/$$/stat) - $$)); "
                                        "exec grep -E '^Sig(Blk|Ign)' /proc/self/status"));
     ::signal(SIGPIPE, ignored);
-    said.replace(QStringLiteral("180000000"), QStringLiteral("000000000")); // 32 and 33 belong to the C library
+    said.replace(u"180000000"_s, u"000000000"_s); // 32 and 33 belong to the C library
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::close(leaky);
-    EXPECT_EQ(said, QStringLiteral("0\n1\n2\n0\nSigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n"));
+    EXPECT_EQ(said, u"0\n1\n2\n0\nSigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n"_s);
 }
 
 TEST_F(LinuxProcessLauncherTest, AChildOutlivesItsParent) {
     Termination end;
-    const auto parent = launcher.launch(
-        logs.request(QStringLiteral(LAUNCH_AND_WAIT), {QStringLiteral("/bin/sleep"), QStringLiteral("60")}),
-        end.handler());
-    ASSERT_TRUE(waitFor([&] { return readTextFile(logs.output()).value_or(QString()).endsWith(QLatin1Char('\n')); }));
+    const auto parent =
+        launcher.launch(logs.request(QStringLiteral(LAUNCH_AND_WAIT), {u"/bin/sleep"_s, u"60"_s}), end.handler());
+    ASSERT_TRUE(waitFor([&] { return readTextFile(logs.output()).value_or(QString()).endsWith(u'\n'); }));
     const pid_t child = readTextFile(logs.output())->trimmed().toInt();
     ASSERT_GT(child, 0);
     ASSERT_EQ(::kill(static_cast<pid_t>(parent->processID()), SIGKILL), 0);
@@ -189,32 +184,31 @@ TEST_F(LinuxProcessLauncherTest, ManyLaunchesLeaveNothingBehind) {
     Termination end;
     const qsizetype before = openDescriptors();
     for (int i = 0; i < 200; ++i) {
-        static_cast<void>(launcher.launch(logs.shell(":"), end.handler()));
-        EXPECT_THROW(static_cast<void>(launcher.launch(logs.request(QStringLiteral("/nowhere")), {})), LaunchError);
+        (void)launcher.launch(logs.shell(":"), end.handler());
+        EXPECT_THROW((void)launcher.launch(logs.request(u"/nowhere"_s), {}), LaunchError);
     }
     ASSERT_TRUE(waitFor([&] { return end.calls == 200; }));
     for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(launcher.run(QStringLiteral("/bin/true"), {}).status, 0);
+        EXPECT_EQ(launcher.run(u"/bin/true"_s, {}).status, 0);
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a process was not waited for";
 }
 
 TEST_F(LinuxProcessLauncherTest, RunKeepsTheStartOfWhatATalkativeCommandSays) {
     const auto run = [&](const char* script) {
-        return launcher.run(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QString::fromUtf8(script)});
+        return launcher.run(u"/bin/sh"_s, {u"-c"_s, QString::fromUtf8(script)});
     };
     const CommandResult both = run("echo önce; echo error >&2; read line || echo no input; exit 7");
     EXPECT_EQ(both.status, 7);
-    EXPECT_EQ(both.output, QStringLiteral("önce\nerror\nno input\n"));
+    EXPECT_EQ(both.output, u"önce\nerror\nno input\n"_s);
     const CommandResult talkative = run("echo first; head -c 5000000 /dev/zero; kill -9 $$");
     EXPECT_EQ(talkative.status, 128 + SIGKILL);
     EXPECT_EQ(talkative.output.size(), 1024 * 1024);
-    EXPECT_TRUE(talkative.output.startsWith(QStringLiteral("first\n")));
+    EXPECT_TRUE(talkative.output.startsWith(u"first\n"_s));
 }
 
 TEST_F(LinuxProcessLauncherTest, RunDoesNotWaitForWhatACommandLeavesInTheBackground) {
-    const CommandResult result =
-        launcher.run(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("sleep 300 & echo $!")});
+    const CommandResult result = launcher.run(u"/bin/sh"_s, {u"-c"_s, u"sleep 300 & echo $!"_s});
     const pid_t background = result.output.trimmed().toInt();
     ASSERT_GT(background, 0);
     EXPECT_EQ(::kill(background, SIGKILL), 0) << "it was waited for";

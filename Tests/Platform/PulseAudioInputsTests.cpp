@@ -2,15 +2,14 @@
 #include "Support/PrintQt.h"
 #include "Support/PrivateAudioServer.h"
 #include "Support/Tape.h"
+#include "Support/WavFiles.h"
 
 #include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
-#include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-#include <signal.h>
 
 #include <map>
 #include <optional>
@@ -33,13 +32,6 @@ auto is(EventKind kind, double gapSeconds, double tolerance) {
 // Devices, and one device in other company, differ in their delay by as much as a fragment.
 constexpr double tolerance = 0.09;
 
-float loudest(std::span<const float> sound) {
-    float peak = 0;
-    for (const float sample : sound)
-        peak = std::max(peak, std::abs(sample));
-    return peak;
-}
-
 class PulseAudioInputsTest : public testing::TestWithParam<PrivateAudioServer::Kind> {
 protected:
     void SetUp() override {
@@ -49,21 +41,19 @@ protected:
     }
 
     // Plays a sound that is told apart by its seed.
-    std::shared_ptr<LaunchedProcess> play(const char* sink, unsigned seed, double seconds = 0.8) {
+    std::shared_ptr<LaunchedProcess> play(const char* sink, unsigned seed) {
         const bool isMicrophone = std::string_view(sink) == "micfeed";
         const AudioFormat format{.sampleRate = isMicrophone ? 44'100 : 48'000,
                                  .channels = isMicrophone ? 1 : 2,
                                  .sample = AudioFormat::Sample::float32};
-        const auto sound = speechLike(format.sampleRate, seconds, seed);
+        const auto sound = speechLike(format.sampleRate, 0.8, seed);
         sounds[seed] = {.rate = format.sampleRate, .samples = sound};
         std::vector<float> frames;
         for (const float sample : sound)
             frames.insert(frames.end(), static_cast<std::size_t>(format.channels), sample);
-        const QString path = directory.filePath(QStringLiteral("%1.wav").arg(seed));
-        const auto writer = files.create(path, format);
-        EXPECT_TRUE(writer->write(reinterpret_cast<const std::byte*>(frames.data()), sound.size()));
-        writer->close();
-        return server->play(QString::fromUtf8(sink), path);
+        const QString path = directory.filePath(u"%1.wav"_s.arg(seed));
+        writeWav(path, format, frames);
+        return server->play(sink, path);
     }
     // The whole sound, at its own level; its position in frames.
     std::ptrdiff_t expectSound(const Tape& tape, unsigned seed, double fromSecond) {
@@ -104,7 +94,7 @@ protected:
         } catch (const AudioInputError& error) {
             return error.text();
         }
-        return QStringLiteral("no error");
+        return u"no error"_s;
     }
 
     std::optional<PrivateAudioServer> server;
@@ -126,11 +116,11 @@ INSTANTIATE_TEST_SUITE_P(Servers, PulseAudioInputsTest,
 
 } // namespace
 
-TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedAndKeepsTheStreamsApart) {
+TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedKeepsTheStreamsApartAndFollowsTheDefault) {
     const AudioDevices devices = inputs.devices();
     EXPECT_THAT(devices.server, testing::Not(QString()));
-    EXPECT_THAT(devices.microphones, ElementsAre(AllOf(Field(&AudioDevice::id, QStringLiteral("mic")),
-                                                       Field(&AudioDevice::isDefault, true))));
+    EXPECT_THAT(devices.microphones,
+                ElementsAre(AllOf(Field(&AudioDevice::id, u"mic"_s), Field(&AudioDevice::isDefault, true))));
     EXPECT_EQ(devices.outputs.size(), 3U);
 
     Tape microphone(inputs.microphone());
@@ -142,42 +132,23 @@ TEST_P(PulseAudioInputsTest, RecordsWhatIsPlayedAndKeepsTheStreamsApart) {
     playIntoBoth(microphone, system, 1);
     EXPECT_TRUE(microphone.events().empty());
     EXPECT_TRUE(system.events().empty());
-}
 
-TEST_P(PulseAudioInputsTest, FollowsTheDefaultOutputAndNeverTurnsToTheMicrophone) {
-    Tape system(inputs.systemAudio());
-    system.start();
     const double behind = system.secondsBehind();
-    const auto noise = play("micfeed", 1, 20);
-    server->control(QStringLiteral("set-default-sink second"));
+    server->control(u"set-default-sink second"_s);
     ASSERT_TRUE(system.waitForEvent(EventKind::deviceChanged));
-    playInto(system, "second", 2);
-    server->control(QStringLiteral("set-default-sink speaker"));
-    ASSERT_TRUE(waitFor([&] { return system.events().size() == 2; }));
-
-    const auto from = static_cast<std::ptrdiff_t>(system.seconds() * system.format.sampleRate);
-    server->unloadDevice(QStringLiteral("speaker"));
-    server->control(QStringLiteral("set-default-sink second"));
-    ASSERT_TRUE(waitFor([&] { return system.events().size() >= 3; }));
-    const auto soundBegins = playInto(system, "second", 3);
-    EXPECT_NEAR(system.secondsBehind(), behind, tolerance);
-    const auto sound = system.sound();
-    EXPECT_LT(
-        loudest(std::span(sound).subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(soundBegins - from))),
-        0.01F)
-        << "the microphone is heard";
-    ::kill(static_cast<pid_t>(noise->processID()), SIGKILL);
+    playInto(system, "second", 3);
+    EXPECT_NEAR(system.secondsBehind(), behind, tolerance) << "the change cost no time";
 }
 
 TEST_P(PulseAudioInputsTest, ALostMicrophoneIsSilenceUntilOneIsBack) {
     Tape microphone(inputs.microphone());
     microphone.start();
     const double behind = microphone.secondsBehind();
-    server->unloadDevice(QStringLiteral("mic"));
+    server->unloadDevice(u"mic"_s);
     ASSERT_TRUE(microphone.waitForEvent(EventKind::deviceLost));
     EXPECT_EQ(errorOf([&] { (void)inputs.microphone()->format(); }), u"There is no microphone.");
     EXPECT_EQ(errorOf([&] { Tape(inputs.microphone()).start(); }), u"There is no microphone.");
-    server->loadDevice(QStringLiteral("mic"));
+    server->loadDevice(u"mic"_s);
     ASSERT_TRUE(microphone.waitForEvent(EventKind::deviceBack));
     playInto(microphone, "micfeed", 4);
     EXPECT_NEAR(microphone.secondsBehind(), behind, tolerance);
@@ -237,10 +208,10 @@ TEST_P(PulseAudioInputsTest, AStalledDaemonCostsNoTimeOfTheRecording) {
 TEST_P(PulseAudioInputsTest, AStartKeepsToTheFormatThatWasAskedFor) {
     const auto system = inputs.systemAudio();
     const AudioFormat announced = system->format();
-    server->control(QStringLiteral("set-default-sink micfeed"));
+    server->control(u"set-default-sink micfeed"_s);
     ASSERT_TRUE(waitFor([this] {
         const auto outputs = inputs.devices().outputs;
-        return std::ranges::find(outputs, QStringLiteral("micfeed"), &AudioDevice::id)->isDefault;
+        return std::ranges::find(outputs, u"micfeed"_s, &AudioDevice::id)->isDefault;
     }));
     system->start([](auto...) {}, {});
     EXPECT_EQ(system->format(), announced);
@@ -293,9 +264,9 @@ TEST_P(PulseAudioSuspensionTest, ASuspendedDeviceIsAHoleOfItsLength) {
     system.start();
     microphone.start();
     const double behind = system.secondsBehind();
-    server->control(QStringLiteral("suspend-sink speaker 1"));
+    server->control(u"suspend-sink speaker 1"_s);
     ASSERT_TRUE(microphone.waitForMore(1.3));
-    server->control(QStringLiteral("suspend-sink speaker 0"));
+    server->control(u"suspend-sink speaker 0"_s);
     ASSERT_TRUE(system.waitForEvent(EventKind::gap));
     EXPECT_NEAR(system.secondsBehind(), behind, tolerance);
     EXPECT_THAT(system.events(), ElementsAre(is(EventKind::gap, 1.3, 0.25)));

@@ -1,4 +1,4 @@
-#include "Support/Fakes/InMemoryTokenStore.h"
+#include "Support/Fakes/FakeTokenStore.h"
 #include "Support/PrintQt.h"
 #include "Support/PrivateSessionBus.h"
 #include "Support/Waiting.h"
@@ -18,7 +18,7 @@ using std::chrono::milliseconds;
 namespace {
 
 struct Memory {
-    InMemoryTokenStore store;
+    FakeTokenStore store;
 };
 
 struct Keyring {
@@ -43,37 +43,32 @@ public:
 
     // The labels of what a search by the two attributes finds.
     [[nodiscard]] std::vector<QString> labels(const char* account) const {
-        GHashTable* attributes = attributesOf(account);
-        GList* items = secret_service_search_sync(m_service, nullptr, attributes, SECRET_SEARCH_ALL, nullptr, nullptr);
         std::vector<QString> result;
-        for (GList* item = items; item; item = item->next) {
-            gchar* label = secret_item_get_label(static_cast<SecretItem*>(item->data));
+        forEach(account, [&](SecretItem* item) {
+            gchar* label = secret_item_get_label(item);
             result.push_back(QString::fromUtf8(label));
             g_free(label);
-        }
-        g_list_free_full(items, g_object_unref);
-        g_hash_table_unref(attributes);
+        });
         return result;
     }
-
     // Replaces the secrets of what is there.
     void setSecret(const char* account, const QByteArray& bytes) const {
-        GHashTable* attributes = attributesOf(account);
-        GList* items = secret_service_search_sync(m_service, nullptr, attributes, SECRET_SEARCH_ALL, nullptr, nullptr);
         SecretValue* value = secret_value_new(bytes.constData(), bytes.size(), "text/plain");
-        for (GList* item = items; item; item = item->next)
-            EXPECT_TRUE(secret_item_set_secret_sync(static_cast<SecretItem*>(item->data), value, nullptr, nullptr));
+        forEach(account,
+                [&](SecretItem* item) { EXPECT_TRUE(secret_item_set_secret_sync(item, value, nullptr, nullptr)); });
         secret_value_unref(value);
-        g_list_free_full(items, g_object_unref);
-        g_hash_table_unref(attributes);
     }
 
 private:
-    static GHashTable* attributesOf(const char* account) {
-        GHashTable* table = g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free);
-        g_hash_table_insert(table, g_strdup("service"), g_strdup("Corvane"));
-        g_hash_table_insert(table, g_strdup("account"), g_strdup(account));
-        return table;
+    void forEach(const char* account, const std::function<void(SecretItem*)>& action) const {
+        GHashTable* attributes = g_hash_table_new(g_str_hash, g_str_equal);
+        g_hash_table_insert(attributes, const_cast<char*>("service"), const_cast<char*>("Corvane"));
+        g_hash_table_insert(attributes, const_cast<char*>("account"), const_cast<char*>(account));
+        GList* items = secret_service_search_sync(m_service, nullptr, attributes, SECRET_SEARCH_ALL, nullptr, nullptr);
+        for (GList* item = items; item; item = item->next)
+            action(static_cast<SecretItem*>(item->data));
+        g_list_free_full(items, g_object_unref);
+        g_hash_table_unref(attributes);
     }
 
     SecretService* m_service;
@@ -115,9 +110,9 @@ private:
 void expectEveryCallToFail(KeychainStatus expected, const char* text, milliseconds deadline = milliseconds(2000)) {
     KeychainTokenStore store(deadline);
     const std::vector<std::function<void()>> operations{
-        [&] { static_cast<void>(store.hasHuggingFaceToken()); },
-        [&] { static_cast<void>(store.readNotionToken()); },
-        [&] { store.saveHuggingFaceToken(QStringLiteral("new")); },
+        [&] { (void)store.hasHuggingFaceToken(); },
+        [&] { (void)store.readNotionToken(); },
+        [&] { store.saveHuggingFaceToken(u"new"_s); },
         [&] { store.saveNotionToken(QString()); },
         [&] { store.deleteNotionToken(); },
     };
@@ -145,22 +140,22 @@ TYPED_TEST(TokenStoreContract, KeepsTwoIndependentTrimmedTokens) {
     EXPECT_FALSE(store.hasHuggingFaceToken());
     EXPECT_FALSE(store.readHuggingFaceToken());
     store.deleteHuggingFaceToken();
-    store.saveHuggingFaceToken(QStringLiteral(" \n"));
+    store.saveHuggingFaceToken(u" \n"_s);
     EXPECT_FALSE(store.hasHuggingFaceToken());
 
-    store.saveHuggingFaceToken(QStringLiteral("  abc\n"));
-    EXPECT_EQ(store.readHuggingFaceToken(), QStringLiteral("abc"));
+    store.saveHuggingFaceToken(u"  abc\n"_s);
+    EXPECT_EQ(store.readHuggingFaceToken(), u"abc"_s);
     EXPECT_TRUE(store.hasHuggingFaceToken());
     EXPECT_FALSE(store.hasNotionToken());
-    store.saveNotionToken(QStringLiteral("sécret_1 2"));
-    store.saveHuggingFaceToken(QStringLiteral("def"));
-    EXPECT_EQ(store.readHuggingFaceToken(), QStringLiteral("def"));
-    EXPECT_EQ(store.readNotionToken(), QStringLiteral("sécret_1 2"));
+    store.saveNotionToken(u"sécret_1 2"_s);
+    store.saveHuggingFaceToken(u"def"_s);
+    EXPECT_EQ(store.readHuggingFaceToken(), u"def"_s);
+    EXPECT_EQ(store.readNotionToken(), u"sécret_1 2"_s);
 
-    store.saveNotionToken(QStringLiteral("   "));
+    store.saveNotionToken(u"   "_s);
     EXPECT_FALSE(store.hasNotionToken());
     EXPECT_FALSE(store.readNotionToken());
-    EXPECT_EQ(store.readHuggingFaceToken(), QStringLiteral("def"));
+    EXPECT_EQ(store.readHuggingFaceToken(), u"def"_s);
     store.deleteHuggingFaceToken();
     store.deleteHuggingFaceToken();
     EXPECT_FALSE(store.readHuggingFaceToken());
@@ -168,21 +163,21 @@ TYPED_TEST(TokenStoreContract, KeepsTwoIndependentTrimmedTokens) {
 
 TEST(KeychainTokenStore, KeepsOneLabelledItemPerAccountAndReadsNoTokenFromBrokenText) {
     Keyring keyring;
-    keyring.store.saveHuggingFaceToken(QStringLiteral("first"));
-    keyring.store.saveHuggingFaceToken(QStringLiteral("second"));
-    keyring.store.saveNotionToken(QStringLiteral("third"));
+    keyring.store.saveHuggingFaceToken(u"first"_s);
+    keyring.store.saveHuggingFaceToken(u"second"_s);
+    keyring.store.saveNotionToken(u"third"_s);
     const ForeignItems items;
-    EXPECT_THAT(items.labels("HF_TOKEN"), testing::ElementsAre(QStringLiteral("Corvane: Hugging Face token")));
-    EXPECT_THAT(items.labels("NOTION_TOKEN"), testing::ElementsAre(QStringLiteral("Corvane: Notion token")));
+    EXPECT_THAT(items.labels("HF_TOKEN"), testing::ElementsAre(u"Corvane: Hugging Face token"_s));
+    EXPECT_THAT(items.labels("NOTION_TOKEN"), testing::ElementsAre(u"Corvane: Notion token"_s));
     items.setSecret("HF_TOKEN", "\xff\xfe");
     EXPECT_FALSE(keyring.store.readHuggingFaceToken());
     EXPECT_TRUE(keyring.store.hasHuggingFaceToken());
-    EXPECT_EQ(keyring.store.readNotionToken(), QStringLiteral("third"));
+    EXPECT_EQ(keyring.store.readNotionToken(), u"third"_s);
 }
 
 TEST(KeychainTokenStore, ALockedKeyringIsNotAnEmptyOne) {
     Keyring keyring;
-    keyring.store.saveHuggingFaceToken(QStringLiteral("abc"));
+    keyring.store.saveHuggingFaceToken(u"abc"_s);
     keyring.bus.lockKeyring();
     expectEveryCallToFail(KeychainStatus::locked, lockedText);
     keyring.bus.stopKeyring();
@@ -190,7 +185,7 @@ TEST(KeychainTokenStore, ALockedKeyringIsNotAnEmptyOne) {
     expectEveryCallToFail(KeychainStatus::locked, lockedText);
     keyring.bus.stopKeyring();
     keyring.bus.startKeyring(PrivateSessionBus::Keyring::unlocked);
-    EXPECT_EQ(keyring.store.readHuggingFaceToken(), QStringLiteral("abc"));
+    EXPECT_EQ(keyring.store.readHuggingFaceToken(), u"abc"_s);
 }
 
 TEST(KeychainTokenStore, WithoutAKeyringThereIsNoTokenAndNoPlaceForOne) {
@@ -200,7 +195,7 @@ TEST(KeychainTokenStore, WithoutAKeyringThereIsNoTokenAndNoPlaceForOne) {
     EXPECT_FALSE(store.hasHuggingFaceToken());
     store.deleteHuggingFaceToken();
     try {
-        store.saveHuggingFaceToken(QStringLiteral("abc"));
+        store.saveHuggingFaceToken(u"abc"_s);
         ADD_FAILURE() << "saved";
     } catch (const TokenStoreError& error) {
         EXPECT_EQ(error.status(), static_cast<std::int32_t>(KeychainStatus::noKeyring)) << error.what();
@@ -213,21 +208,21 @@ TEST(KeychainTokenStore, TellsWhatIsMissing) {
         PrivateSessionBus bus;
         expectEveryCallToFail(KeychainStatus::noService, "No keyring service is running.");
     }
-    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    const QByteArray runtimeBefore = qgetenv("XDG_RUNTIME_DIR");
+    const std::pair<const char*, QByteArray> before[] = {
+        {"DBUS_SESSION_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS")},
+        {"XDG_RUNTIME_DIR", qgetenv("XDG_RUNTIME_DIR")}};
+    const QTemporaryDir empty;
+    qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());
     for (const char* address : {"unix:path=/nowhere/bus", "nonsense", "unix:", "autolaunch:", ""}) {
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        const QTemporaryDir empty;
-        qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());
         expectEveryCallToFail(KeychainStatus::noSessionBus, noBus);
     }
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    qunsetenv("XDG_RUNTIME_DIR");
+    for (const auto& [name, value] : before)
+        qunsetenv(name);
     expectEveryCallToFail(KeychainStatus::noSessionBus, noBus);
-    if (!runtimeBefore.isNull())
-        qputenv("XDG_RUNTIME_DIR", runtimeBefore);
-    if (!before.isNull())
-        qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+    for (const auto& [name, value] : before)
+        if (!value.isNull())
+            qputenv(name, value);
 }
 
 TEST(KeychainTokenStore, DoesNotWaitForWhatNeverAnswers) {
@@ -245,11 +240,11 @@ TEST(KeychainTokenStore, DoesNotWaitForWhatNeverAnswers) {
 
 TEST(KeychainTokenStore, LeavesNoConnectionBehind) {
     Keyring keyring;
-    keyring.store.saveNotionToken(QStringLiteral("abc"));
-    const auto descriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+    keyring.store.saveNotionToken(u"abc"_s);
+    const auto descriptors = [] { return QDir(u"/proc/self/fd"_s).count(); };
     const auto before = descriptors();
     for (int i = 0; i < 20; ++i)
-        ASSERT_EQ(keyring.store.readNotionToken(), QStringLiteral("abc"));
+        ASSERT_EQ(keyring.store.readNotionToken(), u"abc"_s);
     // A connection is closed by a thread of its own.
     EXPECT_TRUE(waitFor([&] { return descriptors() <= before; })) << descriptors() - before;
 }

@@ -1,4 +1,5 @@
 #include "Support/Fakes/InMemoryUserDefaults.h"
+#include "Support/FullDisk.h"
 #include "Support/PrintQt.h"
 #include "Support/Waiting.h"
 
@@ -12,7 +13,6 @@
 
 #include <gmock/gmock.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,7 +22,7 @@ using namespace corvane;
 
 namespace {
 
-const QString key = QStringLiteral("key");
+const QString key = u"key"_s;
 
 struct Memory {
     InMemoryUserDefaults defaults;
@@ -30,7 +30,7 @@ struct Memory {
 
 struct File {
     QTemporaryDir directory;
-    FileUserDefaults defaults{directory.filePath(QStringLiteral("Corvane/defaults.json"))};
+    FileUserDefaults defaults{directory.filePath(u"Corvane/defaults.json"_s)};
 };
 
 template<typename Implementation>
@@ -46,8 +46,8 @@ protected:
             {.executable = QStringLiteral(WRITE_DEFAULTS),
              .arguments = {path, QString::fromUtf8(name), QString::number(first), QString::number(last)},
              .environment = {},
-             .standardOutput = QStringLiteral("/dev/null"),
-             .standardError = QStringLiteral("/dev/null")},
+             .standardOutput = u"/dev/null"_s,
+             .standardError = u"/dev/null"_s},
             {});
     }
     static void waitForEnd(const LaunchedProcess& process) {
@@ -67,33 +67,33 @@ TYPED_TEST(UserDefaultsContract, KeepsEveryValueAndItsType) {
     UserDefaults& defaults = implementation.defaults;
     EXPECT_FALSE(defaults.object(key));
     defaults.remove(key);
-    const QString text = QStringLiteral("„Zürich“ \"\\/\n\t") + QChar(0) + QStringLiteral("\U0001F399");
+    const QString text = u"„Zürich“ \"\\/\n\t"_s + QChar(0) + u"\U0001F399"_s;
     const auto date = QDateTime(QDate(1969, 12, 31), QTime(23, 59, 59, 123), Qt::UTC);
-    const std::vector<UserDefaults::Value> values{true,
-                                                  false,
-                                                  std::int64_t(0),
-                                                  std::int64_t(1),
-                                                  std::int64_t(9007199254740993),
-                                                  INT64_MIN,
-                                                  INT64_MAX,
-                                                  text,
-                                                  QString(QLatin1String("")),
-                                                  QStringLiteral("2026-01-31T09:30:00Z"),
-                                                  date,
-                                                  QByteArray("\0\xff\n", 3),
-                                                  QByteArray("")};
+    const UserDefaults::Value values[] = {true,
+                                          false,
+                                          std::int64_t(0),
+                                          std::int64_t(1),
+                                          std::int64_t(9007199254740993),
+                                          INT64_MIN,
+                                          INT64_MAX,
+                                          text,
+                                          u""_s,
+                                          u"2026-01-31T09:30:00Z"_s,
+                                          date,
+                                          QByteArray("\0\xff\n", 3),
+                                          QByteArray("")};
     for (const auto& value : values) {
         defaults.set(key, value);
         ASSERT_EQ(defaults.object(key), value) << "alternative " << value.index();
-        EXPECT_EQ(defaults.boolean(key).has_value(), value.index() == 0);
-        EXPECT_EQ(defaults.integer(key).has_value(), value.index() == 1);
-        EXPECT_EQ(defaults.string(key).has_value(), value.index() == 2);
-        EXPECT_EQ(defaults.date(key).has_value(), value.index() == 3);
-        EXPECT_EQ(defaults.data(key).has_value(), value.index() == 4);
+        const std::array isOfType{defaults.boolean(key).has_value(), defaults.integer(key).has_value(),
+                                  defaults.string(key).has_value(), defaults.date(key).has_value(),
+                                  defaults.data(key).has_value()};
+        for (std::size_t type = 0; type < isOfType.size(); ++type)
+            EXPECT_EQ(isOfType[type], type == value.index());
     }
     defaults.set(key, date.toOffsetFromUtc(3600));
     EXPECT_EQ(defaults.date(key).value().timeSpec(), Qt::UTC);
-    for (const QString& name : {QString(), QStringLiteral("a.b/c \"ü\"")}) {
+    for (const QString& name : {QString(), u"a.b/c \"ü\""_s}) {
         defaults.set(name, true);
         EXPECT_EQ(defaults.boolean(name), true);
     }
@@ -103,49 +103,41 @@ TYPED_TEST(UserDefaultsContract, KeepsEveryValueAndItsType) {
 }
 
 TEST_F(FileUserDefaultsTest, CanBeWrittenByHandAndKeepsWhatItDoesNotKnow) {
-    ASSERT_TRUE(QDir(directory.path()).mkdir(QStringLiteral("Corvane")));
+    ASSERT_TRUE(QDir(directory.path()).mkdir(u"Corvane"_s));
     writeFileAtomically(path, R"({"whole": 5, "real": 1.5, "list": [1, {"a": null}], "nothing": null, "flag": true,
         "day": {"date": "2026-01-31T10:30:00+01:00"}, "nowhere": {"date": "2026-01-31T10:30:00"},
         "no date": {"date": "soon"}, "bytes": {"data": "AP8="}, "no bytes": {"data": "*"}, "more": {"data": "", "x": 1}})");
-    EXPECT_EQ(defaults.integer(QStringLiteral("whole")), 5);
-    EXPECT_EQ(defaults.boolean(QStringLiteral("flag")), true);
-    EXPECT_EQ(defaults.date(QStringLiteral("day")), QDateTime(QDate(2026, 1, 31), QTime(9, 30), Qt::UTC));
-    EXPECT_EQ(defaults.data(QStringLiteral("bytes")), QByteArray("\0\xff", 2));
+    EXPECT_EQ(defaults.integer(u"whole"_s), 5);
+    EXPECT_EQ(defaults.boolean(u"flag"_s), true);
+    EXPECT_EQ(defaults.date(u"day"_s), QDateTime(QDate(2026, 1, 31), QTime(9, 30), Qt::UTC));
+    EXPECT_EQ(defaults.data(u"bytes"_s), QByteArray("\0\xff", 2));
     for (const char* name : {"real", "list", "nothing", "nowhere", "no date", "no bytes", "more"})
         EXPECT_FALSE(defaults.object(QString::fromUtf8(name))) << name;
 
     auto expected = JsonDocument(readFile(path).value()).root().object().free();
-    defaults.set(QStringLiteral("list"), QStringLiteral("replaced"));
-    defaults.set(QStringLiteral("half a pair"), QString(QChar(0xD83C)));
-    defaults.remove(QStringLiteral("flag"));
-    expected.at(QStringLiteral("list")) = QStringLiteral("replaced");
-    expected.at(QStringLiteral("day")) =
-        JSONValue::Object{{QStringLiteral("date"), QStringLiteral("2026-01-31T09:30:00.000Z")}};
-    expected.insert_or_assign(QStringLiteral("half a pair"), QStringLiteral("?"));
-    expected.erase(QStringLiteral("flag"));
+    defaults.set(u"list"_s, u"replaced"_s);
+    defaults.set(u"half a pair"_s, QString(QChar(0xD83C)));
+    defaults.remove(u"flag"_s);
+    expected.at(u"list"_s) = u"replaced"_s;
+    expected.at(u"day"_s) = JSONValue::Object{{u"date"_s, u"2026-01-31T09:30:00.000Z"_s}};
+    expected.insert_or_assign(u"half a pair"_s, u"?"_s);
+    expected.erase(u"flag"_s);
     const auto written = JsonDocument(readFile(path).value()).root().object().free();
     for (const auto& [name, value] : expected)
         EXPECT_TRUE(written.contains(name) && written.at(name) == value) << name.toStdString();
     EXPECT_EQ(written.size(), expected.size());
 }
 
-TEST_F(FileUserDefaultsTest, EveryReadSeesWhatAnotherProcessWrote) {
-    FileUserDefaults other(path);
-    for (std::int64_t number = 0; number < 20; ++number) {
-        other.set(key, number);
-        ASSERT_EQ(defaults.integer(key), number);
-    }
-    // Edits in place to the same size, several within one tick of the clock.
+TEST_F(FileUserDefaultsTest, EveryReadSeesAnEditInPlaceAndALoss) {
+    defaults.set(key, std::int64_t(19));
+    // To the same size, several within one tick of the clock.
     for (char digit = '0'; digit <= '9'; ++digit) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        file.seek(file.readAll().indexOf("9"));
+        file.seek(file.readAll().indexOf("1") + 1);
         file.write(QByteArray(1, digit));
         file.close();
         ASSERT_EQ(defaults.integer(key), 10 + digit - '0');
-        file.open(QIODevice::ReadWrite);
-        file.seek(file.readAll().lastIndexOf(digit));
-        file.write("9");
     }
     ASSERT_TRUE(QFile::remove(path));
     EXPECT_FALSE(defaults.object(key));
@@ -154,21 +146,19 @@ TEST_F(FileUserDefaultsTest, EveryReadSeesWhatAnotherProcessWrote) {
 TEST_F(FileUserDefaultsTest, IsPrivate) {
     ::umask(0);
     defaults.set(key, true);
-    const auto mode = [](const QString& name) {
-        struct stat status {};
-        EXPECT_EQ(::stat(QFile::encodeName(name).constData(), &status), 0);
-        return status.st_mode & 07777;
-    };
-    EXPECT_EQ(mode(at("Corvane")), 0700U);
-    EXPECT_EQ(mode(path), 0600U);
-    EXPECT_EQ(mode(path + QStringLiteral(".lock")), 0600U);
     ::umask(022);
+    const std::pair<QString, unsigned> modes[] = {{at("Corvane"), 0700U}, {path, 0600U}, {path + u".lock"_s, 0600U}};
+    for (const auto& [name, mode] : modes) {
+        struct stat status {};
+        ASSERT_EQ(::stat(QFile::encodeName(name).constData(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode) << name.toStdString();
+    }
 }
 
 TEST_F(FileUserDefaultsTest, ADamagedFileIsMovedAsideByTheFirstWriteAndKept) {
-    ASSERT_TRUE(QDir(directory.path()).mkdir(QStringLiteral("Corvane")));
-    const QByteArray damaged[] = {"{\"key\": tru", "[1]", ""};
-    for (const QByteArray& content : damaged) {
+    ASSERT_TRUE(QDir(directory.path()).mkdir(u"Corvane"_s));
+    const std::pair<const char*, QByteArray> cases[] = {{"", "{\"key\": tru"}, {"2", "[1]"}, {"3", ""}};
+    for (const auto& [number, content] : cases) {
         writeFileAtomically(path, content);
         EXPECT_FALSE(defaults.object(key));
         defaults.remove(key);
@@ -176,57 +166,49 @@ TEST_F(FileUserDefaultsTest, ADamagedFileIsMovedAsideByTheFirstWriteAndKept) {
         defaults.set(key, true);
         EXPECT_EQ(defaults.boolean(key), true);
     }
-    EXPECT_EQ(readFile(path + QStringLiteral(".damaged")), damaged[0]);
-    EXPECT_EQ(readFile(path + QStringLiteral(".damaged2")), damaged[1]);
-    EXPECT_EQ(readFile(path + QStringLiteral(".damaged3")), damaged[2]);
+    for (const auto& [number, content] : cases)
+        EXPECT_EQ(readFile(path + u".damaged"_s + number), content);
 }
 
 TEST_F(FileUserDefaultsTest, AWriteThatFailsIsLoggedAndLosesNothing) {
-    defaults.set(key, QStringLiteral("old"));
+    defaults.set(key, u"old"_s);
     const QByteArray before = readFile(path).value();
-    const auto expectFailure = [&](const char* reason) {
+    const auto failureOf = [](FileUserDefaults& failing) {
         testing::internal::CaptureStderr();
-        defaults.set(key, QStringLiteral("new"));
-        EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("was not saved")) << reason;
+        failing.set(key, u"new"_s);
+        return testing::internal::GetCapturedStderr();
     };
-    // A full disk: no file may grow past the size of this one.
-    rlimit limit{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
-    const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{10, limit.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    defaults.set(key, QStringLiteral("new"));
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    ::signal(SIGXFSZ, ignored);
+    {
+        const FullDisk disk(10);
+        defaults.set(key, u"new"_s);
+    }
     EXPECT_EQ(readFile(path), before);
 
     ASSERT_TRUE(QFile::rename(path, at("elsewhere")));
-    ASSERT_TRUE(QDir(directory.path()).mkdir(QStringLiteral("Corvane/defaults.json")));
-    expectFailure("a folder in the place of the file");
+    ASSERT_TRUE(QDir(directory.path()).mkdir(u"Corvane/defaults.json"_s));
+    EXPECT_THAT(failureOf(defaults), testing::HasSubstr("was not saved")) << "a folder in the place of the file";
     EXPECT_FALSE(defaults.object(key));
 
-    path = at("elsewhere") + QStringLiteral("/defaults.json");
+    path = at("elsewhere") + u"/defaults.json"_s;
     FileUserDefaults below(path);
-    testing::internal::CaptureStderr();
-    below.set(key, true);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("elsewhere: Not a directory"));
+    EXPECT_THAT(failureOf(below), testing::HasSubstr("elsewhere: Not a directory"));
 }
 
 TEST_F(FileUserDefaultsTest, TwoProcessesThatWriteAtOnceLoseNothing) {
     const auto first = write("first", 1, 150);
     const auto second = write("second", 1, 150);
     for (std::int64_t number = 1; number <= 50; ++number)
-        defaults.set(QStringLiteral("own%1").arg(number), number);
+        defaults.set(u"own%1"_s.arg(number), number);
     waitForEnd(*first);
     waitForEnd(*second);
-    EXPECT_EQ(defaults.integer(QStringLiteral("first")), 150);
-    EXPECT_EQ(defaults.integer(QStringLiteral("second")), 150);
+    EXPECT_EQ(defaults.integer(u"first"_s), 150);
+    EXPECT_EQ(defaults.integer(u"second"_s), 150);
     for (std::int64_t number = 1; number <= 50; ++number)
-        EXPECT_EQ(defaults.integer(QStringLiteral("own%1").arg(number)), number);
+        EXPECT_EQ(defaults.integer(u"own%1"_s.arg(number)), number);
 }
 
 TEST_F(FileUserDefaultsTest, AWriterMayBeKilledAtAnyMoment) {
-    defaults.set(QStringLiteral("other"), QString(10'000, QLatin1Char('x')));
+    defaults.set(u"other"_s, QString(10'000, u'x'));
     defaults.set(key, std::int64_t(0));
     std::minstd_rand random(1);
     std::int64_t last = 0;
@@ -239,7 +221,7 @@ TEST_F(FileUserDefaultsTest, AWriterMayBeKilledAtAnyMoment) {
         ASSERT_NO_THROW(JsonDocument(readFile(path).value_or(QByteArray()))) << "round " << round;
         ASSERT_GT(defaults.integer(key), last);
         last = *defaults.integer(key);
-        ASSERT_EQ(defaults.string(QStringLiteral("other")).value_or(QString()).size(), 10'000);
+        ASSERT_EQ(defaults.string(u"other"_s).value_or(QString()).size(), 10'000);
     }
-    EXPECT_FALSE(QFile::exists(path + QStringLiteral(".damaged")));
+    EXPECT_FALSE(QFile::exists(path + u".damaged"_s));
 }

@@ -1,4 +1,4 @@
-// Lets GoogleTest print texts as texts.
+// Lets GoogleTest print texts as texts, and tests write them as u"..."_s.
 #pragma once
 
 #include <QByteArray>
@@ -12,4 +12,8 @@ inline void PrintTo(const QString& text, std::ostream* stream) {
 
 inline void PrintTo(const QByteArray& bytes, std::ostream* stream) {
     *stream << '"' << bytes.toStdString() << '"';
+}
+
+namespace corvane {
+using namespace Qt::StringLiterals;
 }

@@ -1,5 +1,6 @@
 #include "Support/PrivateAudioServer.h"
 
+#include "Support/PrintQt.h"
 #include "Support/Waiting.h"
 
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
@@ -26,11 +27,11 @@ QString found(const char* program) {
 
 QString moduleOf(const QString& device) {
     if (device.endsWith(u"mic"))
-        return QStringLiteral("module-remap-source master=%1feed.monitor source_name=%1").arg(device);
-    const QString format = device == u"micfeed" ? QStringLiteral("rate=44100 channels=1 format=s16le")
-                                                : QStringLiteral("rate=48000 channels=2 format=float32le");
+        return u"module-remap-source master=%1feed.monitor source_name=%1"_s.arg(device);
+    const QString format =
+        device == u"micfeed" ? u"rate=44100 channels=1 format=s16le"_s : u"rate=48000 channels=2 format=float32le"_s;
     // Without norewinds PulseAudio's null sinks work in blocks of two seconds, with holes as long.
-    return QStringLiteral("module-null-sink sink_name=%1 %2 norewinds=1").arg(device, format);
+    return u"module-null-sink sink_name=%1 %2 norewinds=1"_s.arg(device, format);
 }
 
 } // namespace
@@ -53,8 +54,8 @@ PrivateAudioServer::PrivateAudioServer(Kind kind) : m_kind(kind) {
         m_environment[QString::fromUtf8(name)] = at("state");
     for (const char* name : {"HOME", "XDG_CONFIG_HOME"})
         m_environment[QString::fromUtf8(name)] = at("home");
-    m_environment[QStringLiteral("DBUS_SESSION_BUS_ADDRESS")] = QStringLiteral("unix:path=") + at("run/bus");
-    m_environment[QStringLiteral("PULSE_SERVER")] = address();
+    m_environment[u"DBUS_SESSION_BUS_ADDRESS"_s] = u"unix:path="_s + at("run/bus");
+    m_environment[u"PULSE_SERVER"_s] = address();
     qputenv("PULSE_SERVER", address().toUtf8());
     start();
 }
@@ -65,7 +66,7 @@ PrivateAudioServer::~PrivateAudioServer() {
 }
 
 QString PrivateAudioServer::address() const {
-    return QStringLiteral("unix:") + at("run/pulse/native");
+    return u"unix:"_s + at("run/pulse/native");
 }
 
 QString PrivateAudioServer::at(const char* name) const {
@@ -79,22 +80,20 @@ void PrivateAudioServer::start() {
     else
         startPipeWire();
     // The socket is there before it is listened to.
-    const auto answers = [this] {
-        return LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(QStringLiteral("info"))).status == 0;
-    };
+    const auto answers = [this] { return LinuxProcessLauncher().run(u"/usr/bin/env"_s, pactl(u"info"_s)).status == 0; };
     if (!waitFor(answers))
-        fail(QStringLiteral("The sound server does not answer"));
+        fail(u"The sound server does not answer"_s);
     // "second" before "micfeed": of equals PulseAudio prefers the older as the default.
     for (const char* device : {"speaker", "second", "micfeed", "mic"})
         loadDevice(QString::fromUtf8(device));
-    control(QStringLiteral("set-default-sink speaker"));
-    control(QStringLiteral("set-default-source mic"));
+    control(u"set-default-sink speaker"_s);
+    control(u"set-default-source mic"_s);
     const auto isSettled = [this] {
-        const QString info = control(QStringLiteral("info"));
+        const QString info = control(u"info"_s);
         return info.contains(u"Default Sink: speaker\n") && info.contains(u"Default Source: mic\n");
     };
     if (!waitFor(isSettled))
-        fail(QStringLiteral("The devices do not become the default: ") + control(QStringLiteral("info")));
+        fail(u"The devices do not become the default: "_s + control(u"info"_s));
 }
 
 void PrivateAudioServer::startPulseAudio() {
@@ -104,35 +103,31 @@ void PrivateAudioServer::startPulseAudio() {
     script.write("load-module module-native-protocol-unix auth-anonymous=1 socket=" + at("run/pulse/native").toUtf8() +
                  "\n");
     script.close();
-    serve(QStringLiteral("pulseaudio"),
-          {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
-           QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no"), QStringLiteral("-n"),
-           QStringLiteral("-F"), script.fileName()});
+    serve(u"pulseaudio"_s, {u"--daemonize=no"_s, u"--exit-idle-time=-1"_s, u"--use-pid-file=no"_s, u"--realtime=no"_s,
+                            u"--high-priority=no"_s, u"-n"_s, u"-F"_s, script.fileName()});
 }
 
 void PrivateAudioServer::startPipeWire() {
-    serve(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                          QStringLiteral("--address=unix:path=") + at("run/bus")});
+    serve(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--address=unix:path="_s + at("run/bus")});
     awaitFile(at("run/bus"));
-    serve(QStringLiteral("pipewire"), {});
+    serve(u"pipewire"_s, {});
     awaitFile(at("run/pipewire-0"));
-    serve(QStringLiteral("wireplumber"), {});
+    serve(u"wireplumber"_s, {});
     // It takes PULSE_RUNTIME_PATH for the place of its socket.
-    m_environment[QStringLiteral("PULSE_RUNTIME_PATH")] = at("run/pulse");
-    serve(QStringLiteral("pipewire-pulse"), {});
+    m_environment[u"PULSE_RUNTIME_PATH"_s] = at("run/pulse");
+    serve(u"pipewire-pulse"_s, {});
 }
 
 // setpriv ends the program with the test, however that ends.
 std::shared_ptr<LaunchedProcess> PrivateAudioServer::launch(const QString& program, const QStringList& arguments) {
     const QString log = at("log");
     QFile(log).open(QIODevice::Append);
-    return LinuxProcessLauncher().launch(
-        {.executable = QStringLiteral("/usr/bin/setpriv"),
-         .arguments = QStringList{QStringLiteral("--pdeathsig"), QStringLiteral("KILL"), program} + arguments,
-         .environment = m_environment,
-         .standardOutput = QStringLiteral("/dev/null"),
-         .standardError = log},
-        {});
+    return LinuxProcessLauncher().launch({.executable = u"/usr/bin/setpriv"_s,
+                                          .arguments = QStringList{u"--pdeathsig"_s, u"KILL"_s, program} + arguments,
+                                          .environment = m_environment,
+                                          .standardOutput = u"/dev/null"_s,
+                                          .standardError = log},
+                                         {});
 }
 
 void PrivateAudioServer::serve(const QString& program, const QStringList& arguments) {
@@ -141,13 +136,13 @@ void PrivateAudioServer::serve(const QString& program, const QStringList& argume
 
 void PrivateAudioServer::awaitFile(const QString& path) {
     if (!waitFor([&path] { return QFile::exists(path); }))
-        fail(QStringLiteral("Missing: ") + path);
+        fail(u"Missing: "_s + path);
 }
 
 void PrivateAudioServer::kill() {
     signalAll(SIGKILL);
     for (const auto& process : m_processes)
-        static_cast<void>(waitFor([&process] { return !process->isRunning(); }));
+        (void)waitFor([&process] { return !process->isRunning(); });
     m_processes.clear();
     m_modules.clear();
     for (const char* socket : {"run/pulse/native", "run/pipewire-0", "run/pipewire-0.lock", "run/bus"})
@@ -169,37 +164,36 @@ void PrivateAudioServer::signalAll(int signal) {
 }
 
 QStringList PrivateAudioServer::pactl(const QString& words) const {
-    return QStringList{QStringLiteral("HOME=") + at("home"), QStringLiteral("pactl")} + words.split(QLatin1Char(' '));
+    return QStringList{u"HOME="_s + at("home"), u"pactl"_s} + words.split(u' ');
 }
 
 QString PrivateAudioServer::control(const QString& words) {
-    const CommandResult result = LinuxProcessLauncher().run(QStringLiteral("/usr/bin/env"), pactl(words));
+    const CommandResult result = LinuxProcessLauncher().run(u"/usr/bin/env"_s, pactl(words));
     if (result.status != 0)
-        fail(words + QStringLiteral(": ") + result.output);
+        fail(words + u": "_s + result.output);
     return result.output;
 }
 
 void PrivateAudioServer::loadDevice(const QString& name) {
-    m_modules.push_back({name, control(QStringLiteral("load-module ") + moduleOf(name)).trimmed()});
+    m_modules.push_back({name, control(u"load-module "_s + moduleOf(name)).trimmed()});
     // PipeWire makes the device after it has answered.
-    const auto isThere = [this, pattern = QLatin1Char('\t') + name + QLatin1Char('\t')] {
-        return (control(QStringLiteral("list short sinks")) + control(QStringLiteral("list short sources")))
-            .contains(pattern);
+    const auto isThere = [this, pattern = u'\t' + name + u'\t'] {
+        return (control(u"list short sinks"_s) + control(u"list short sources"_s)).contains(pattern);
     };
     if (!waitFor(isThere))
-        fail(QStringLiteral("The device does not appear: ") + name);
+        fail(u"The device does not appear: "_s + name);
 }
 
 void PrivateAudioServer::unloadDevice(const QString& name) {
     const auto module = std::ranges::find(m_modules, name, &Module::name);
     if (module == m_modules.end())
-        fail(QStringLiteral("Not loaded: ") + name);
-    control(QStringLiteral("unload-module ") + module->id);
+        fail(u"Not loaded: "_s + name);
+    control(u"unload-module "_s + module->id);
     m_modules.erase(module);
 }
 
 std::shared_ptr<LaunchedProcess> PrivateAudioServer::play(const QString& sink, const QString& path) {
-    return launch(QStringLiteral("paplay"), {QStringLiteral("--device=") + sink, path});
+    return launch(u"paplay"_s, {u"--device="_s + sink, path});
 }
 
 } // namespace corvane

@@ -13,7 +13,7 @@
 namespace {
 
 void obey(corvane::PrivateAudioServer& server, const QString& line) {
-    const QString device = line.section(QLatin1Char(' '), 1);
+    const QString device = line.section(u' ', 1);
     if (line == u"kill")
         server.kill();
     else if (line == u"start")

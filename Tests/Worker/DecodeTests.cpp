@@ -1,3 +1,4 @@
+#include "Support/PrintQt.h"
 #include "Worker/WorkerSamples.h"
 
 #include "CorvaneWorker/Audio/AudioDecoder.h"
@@ -52,9 +53,9 @@ protected:
     // Two seconds of a tone, one of silence, one of the tone.
     QString tone(const char* name, const QStringList& options = {}) {
         const QString file = path(name);
-        ffmpeg(QStringList{QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                           QStringLiteral("sine=440:d=4,volume=4*not(between(t\\,2\\,3)):eval=frame")} +
-               options + QStringList{file});
+        ffmpeg(
+            QStringList{u"-f"_s, u"lavfi"_s, u"-i"_s, u"sine=440:d=4,volume=4*not(between(t\\,2\\,3)):eval=frame"_s} +
+            options + QStringList{file});
         return file;
     }
 
@@ -74,7 +75,7 @@ QString refusal(const QString& path) {
 } // namespace
 
 TEST_F(Decode, EveryFormGivesTheSameSoundAtTheSameTimes) {
-    const auto words = [](const char* text) { return QString::fromLatin1(text).split(QLatin1Char(' ')); };
+    const auto words = [](const char* text) { return QString::fromLatin1(text).split(u' '); };
     const QStringList files = {
         tone("plain.wav"),
         tone("telephone.wav", words("-ar 8000 -c:a pcm_mulaw")),
@@ -105,7 +106,7 @@ TEST_F(Decode, NamesAreNeverTakenForAnythingElse) {
 }
 
 TEST_F(Decode, DamageInTheMiddleCostsOnlyWhatIsDamaged) {
-    const QString file = tone("a.mp3", {QStringLiteral("-b:a"), QStringLiteral("64k")});
+    const QString file = tone("a.mp3", {u"-b:a"_s, u"64k"_s});
     QFile damaged(file);
     ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
     damaged.seek(damaged.size() / 3);
@@ -124,26 +125,25 @@ TEST_F(Decode, AFileCutShortGivesWhatItHas) {
 }
 
 TEST_F(Decode, WhatIsNoRecordingIsRefusedWithASentence) {
-    QFile text(path("text.wav"));
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write(QByteArray("Dear diary, nothing happened.\n").repeated(500));
-    text.close();
-    QFile playlist(path("list.m3u8"));
-    ASSERT_TRUE(playlist.open(QIODevice::WriteOnly));
-    playlist.write("#EXTM3U\n#EXT-X-TARGETDURATION:4\n#EXTINF:4,\nplain.wav\n#EXT-X-ENDLIST\n");
-    playlist.close();
+    const auto write = [this](const char* name, const QByteArray& content) {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    };
+    write("text.wav", QByteArray("Dear diary, nothing happened.\n").repeated(500));
+    write("list.m3u8", "#EXTM3U\n#EXT-X-TARGETDURATION:4\n#EXTINF:4,\nplain.wav\n#EXT-X-ENDLIST\n");
+    write("empty.wav", {});
     tone("plain.wav");
-    QFile(path("empty.wav")).open(QIODevice::WriteOnly);
     ASSERT_EQ(::mkfifo(QFile::encodeName(path("fifo")).constData(), 0600), 0);
-    ffmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-            QStringLiteral("testsrc=d=1:s=64x64:r=10"), path("silent.mp4")});
-    EXPECT_THAT(refusal(path("text.wav")).toStdString(), testing::HasSubstr("not an audio or movie file"));
-    EXPECT_THAT(refusal(path("list.m3u8")).toStdString(), testing::EndsWith("."));
-    EXPECT_THAT(refusal(path("empty.wav")).toStdString(), testing::HasSubstr("is empty"));
-    EXPECT_THAT(refusal(path("missing.wav")).toStdString(), testing::HasSubstr("does not exist"));
-    EXPECT_THAT(refusal(path("fifo")).toStdString(), testing::HasSubstr("not a file"));
-    EXPECT_THAT(refusal(path("")).toStdString(), testing::HasSubstr("not a file"));
-    EXPECT_THAT(refusal(path("silent.mp4")).toStdString(), testing::HasSubstr("holds no sound"));
+    ffmpeg({u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc=d=1:s=64x64:r=10"_s, path("silent.mp4")});
+    const std::pair<const char*, const char*> refusals[] = {{"text.wav", "not an audio or movie file"},
+                                                            {"list.m3u8", "."},
+                                                            {"empty.wav", "is empty"},
+                                                            {"missing.wav", "does not exist"},
+                                                            {"fifo", "not a file"},
+                                                            {"", "not a file"},
+                                                            {"silent.mp4", "holds no sound"}};
+    for (const auto& [name, words] : refusals)
+        EXPECT_THAT(refusal(path(name)).toStdString(), testing::HasSubstr(words)) << name;
 }
 
 TEST(SampleStore, ReadsBackWhatWasWrittenAndCutsAtTheEnds) {

@@ -1,4 +1,5 @@
 // The executable itself, run as the application runs it.
+#include "Support/PrintQt.h"
 #include "Worker/WorkerSamples.h"
 
 #include "CorvaneContract/Files/Files.h"
@@ -48,20 +49,11 @@ Exit runWorker(const QStringList& arguments) {
     return finish(process);
 }
 
-QStringList processArguments(const QString& audio, const QString& run, const QString& language = QStringLiteral("en"),
+QStringList processArguments(const QString& audio, const QString& run, const QString& language = u"en"_s,
                              const QStringList& speakers = {workerArguments::autoSpeakers}) {
     namespace words = workerArguments;
-    return QStringList{words::process,
-                       words::audio,
-                       audio,
-                       words::outDir,
-                       run,
-                       words::device,
-                       QStringLiteral("mps"),
-                       words::backend,
-                       QStringLiteral("whispermlx"),
-                       words::language,
-                       language} +
+    return QStringList{words::process, words::audio,   audio,           words::outDir,   run,     words::device,
+                       u"mps"_s,       words::backend, u"whispermlx"_s, words::language, language} +
            speakers;
 }
 
@@ -88,9 +80,9 @@ protected:
 
     // Two readers, 25 s.
     QString conversation() {
-        const QString file = path(QStringLiteral("talk.wav"));
-        writeWave(file, converse({{readerSentence(QStringLiteral("0880")), readerSentence(QStringLiteral("0920"))},
-                                  {prompt(QStringLiteral("vm-intro")), prompt(QStringLiteral("demo-abouttotry"))}})
+        const QString file = path(u"talk.wav"_s);
+        writeWave(file, converse({{readerSentence(u"0880"_s), readerSentence(u"0920"_s)},
+                                  {prompt(u"vm-intro"_s), prompt(u"demo-abouttotry"_s)}})
                             .samples);
         return file;
     }
@@ -103,7 +95,7 @@ private:
 
 TEST_F(Process, ARecordingBecomesATranscriptAndItsSpeakersBecomeVoices) {
     const QString audio = conversation();
-    const QString run = path(QStringLiteral("runs/one"));
+    const QString run = path(u"runs/one"_s);
     createPrivateDirectory(run);
     writeFileAtomically(runFiles::in(run, runFiles::events), "{\"type\":\"failed\"}\n");
     const Exit exit = runWorker(processArguments(audio, run));
@@ -113,35 +105,35 @@ TEST_F(Process, ARecordingBecomesATranscriptAndItsSpeakersBecomeVoices) {
     const WorkerJobState last = state(run);
     EXPECT_EQ(last.status, jobStatus::completed);
     EXPECT_EQ(last.progress, 1.0);
-    EXPECT_EQ(last.outputs.at(QStringLiteral("result")), runFiles::in(run, runFiles::result));
+    EXPECT_EQ(last.outputs.at(u"result"_s), runFiles::in(run, runFiles::result));
 
     const auto log = events(run);
     ASSERT_GE(log.size(), 4U);
     EXPECT_EQ(log.front().type, jobEvents::jobStarted);
-    EXPECT_EQ(stringAt(log.front().payload, QStringLiteral("audio")), audio);
+    EXPECT_EQ(stringAt(log.front().payload, u"audio"_s), audio);
     EXPECT_EQ(log[log.size() - 2].type, jobEvents::llmSkipped);
     EXPECT_EQ(log.back().type, jobEvents::completed);
     double progress = -1;
     for (const WorkerJobEvent& event : log) {
         if (event.type != jobEvents::asrProgress)
             continue;
-        const double next = numberAt(event.payload, QStringLiteral("progress")).value();
+        const double next = numberAt(event.payload, u"progress"_s).value();
         EXPECT_GT(next, progress);
         progress = next;
     }
     EXPECT_EQ(progress, 1.0);
 
     const auto result = decodeTranscriptResult(readFile(runFiles::in(run, runFiles::result)).value());
-    EXPECT_EQ(stringAt(result.metadata, QStringLiteral("audio")), audio);
+    EXPECT_EQ(stringAt(result.metadata, u"audio"_s), audio);
     EXPECT_EQ(result.speakers.size(), 2U);
-    EXPECT_EQ(result.segments.front().speaker, QStringLiteral("SPEAKER_00"));
+    EXPECT_EQ(result.segments.front().speaker, u"SPEAKER_00"_s);
     const QString text = *readTextFile(runFiles::in(run, runFiles::transcriptText));
     EXPECT_EQ(text, transcriptText(result.segments, {}));
     for (const char* expected : {"young man", "respectable", "press the pound key"})
         EXPECT_THAT(text.toStdString(), testing::HasSubstr(expected));
     struct stat status {};
     for (const QString& file : QDir(run).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
-        ASSERT_EQ(::stat(QFile::encodeName(run + QLatin1Char('/') + file).constData(), &status), 0);
+        ASSERT_EQ(::stat(QFile::encodeName(run + u'/' + file).constData(), &status), 0);
         EXPECT_EQ(status.st_mode & 077, 0U) << file.toStdString();
     }
 
@@ -157,7 +149,7 @@ TEST_F(Process, ARecordingBecomesATranscriptAndItsSpeakersBecomeVoices) {
         voices.push_back(decodeExtractedSpeakerEmbedding(readFile(path(speaker.speaker)).value()));
         const auto& voice = voices.back();
         EXPECT_EQ(voice.modelID, voiceModelID);
-        EXPECT_EQ(voice.sourceRunID, QStringLiteral("one"));
+        EXPECT_EQ(voice.sourceRunID, u"one"_s);
         EXPECT_EQ(voice.dimension, static_cast<std::int64_t>(voice.embedding.size()));
         EXPECT_NEAR(std::inner_product(voice.embedding.begin(), voice.embedding.end(), voice.embedding.begin(), 0.0),
                     1.0, 1e-6);
@@ -165,29 +157,28 @@ TEST_F(Process, ARecordingBecomesATranscriptAndItsSpeakersBecomeVoices) {
     EXPECT_LT(
         std::inner_product(voices[0].embedding.begin(), voices[0].embedding.end(), voices[1].embedding.begin(), 0.0),
         0.5);
-    const Exit nobody = extract(QStringLiteral("SPEAKER_09"));
+    const Exit nobody = extract(u"SPEAKER_09"_s);
     EXPECT_EQ(nobody.status, 1);
     EXPECT_THAT(nobody.error.toStdString(), testing::HasSubstr("no speaker “SPEAKER_09”"));
-    EXPECT_FALSE(QFile::exists(path(QStringLiteral("SPEAKER_09"))));
+    EXPECT_FALSE(QFile::exists(path(u"SPEAKER_09"_s)));
     QFile::remove(audio);
-    EXPECT_EQ(extract(QStringLiteral("SPEAKER_00")).status, 1);
+    EXPECT_EQ(extract(u"SPEAKER_00"_s).status, 1);
 }
 
 TEST_F(Process, WhatCannotBeTranscribedFailsWithASentence) {
-    ffmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-            QStringLiteral("anoisesrc=d=3:a=0.05:seed=1"), path(QStringLiteral("noise.wav"))});
-    QFile(path(QStringLiteral("empty.wav"))).open(QIODevice::WriteOnly);
+    ffmpeg({u"-f"_s, u"lavfi"_s, u"-i"_s, u"anoisesrc=d=3:a=0.05:seed=1"_s, path(u"noise.wav"_s)});
+    QFile(path(u"empty.wav"_s)).open(QIODevice::WriteOnly);
     const struct {
         QString audio;
         QString language;
         const char* sentence;
     } cases[] = {
-        {QStringLiteral("noise.wav"), QStringLiteral("fr"), "no speech model for “fr”. It transcribes English."},
-        {QStringLiteral("empty.wav"), QStringLiteral("en"), "is empty"},
-        {QStringLiteral("missing.wav"), QStringLiteral("en"), "does not exist"},
+        {u"noise.wav"_s, u"fr"_s, "no speech model for “fr”. It transcribes English."},
+        {u"empty.wav"_s, u"en"_s, "is empty"},
+        {u"missing.wav"_s, u"en"_s, "does not exist"},
     };
     for (const auto& failure : cases) {
-        const QString run = path(QStringLiteral("failed"));
+        const QString run = path(u"failed"_s);
         const Exit exit = runWorker(processArguments(path(failure.audio), run, failure.language));
         EXPECT_EQ(exit.status, 1);
         const WorkerJobState last = state(run);
@@ -195,34 +186,33 @@ TEST_F(Process, WhatCannotBeTranscribedFailsWithASentence) {
         EXPECT_THAT(last.message.toStdString(), testing::HasSubstr(failure.sentence));
         EXPECT_EQ(exit.error.trimmed(), last.message);
         EXPECT_EQ(events(run).back().type, jobEvents::failed);
-        EXPECT_EQ(stringAt(events(run).back().payload, QStringLiteral("error")), last.message);
+        EXPECT_EQ(stringAt(events(run).back().payload, u"error"_s), last.message);
     }
-    const QString run = path(QStringLiteral("noise"));
-    EXPECT_EQ(runWorker(processArguments(path(QStringLiteral("noise.wav")), run)).status, 0);
-    EXPECT_EQ(state(run).message, QStringLiteral("No speech was found"));
+    const QString run = path(u"noise"_s);
+    EXPECT_EQ(runWorker(processArguments(path(u"noise.wav"_s), run)).status, 0);
+    EXPECT_EQ(state(run).message, u"No speech was found"_s);
     EXPECT_TRUE(decodeTranscriptResult(readFile(runFiles::in(run, runFiles::result)).value()).segments.empty());
 }
 
 TEST_F(Process, ADamagedModelIsNamed) {
-    const QString audio = path(QStringLiteral("short.wav"));
-    writeWave(audio, converse({{readerSentence(QStringLiteral("0930"))}}).samples);
-    const QString model = path(QStringLiteral("model"));
-    const QString installed = QStringLiteral("/usr/share/pocketsphinx/model/en-us");
-    createPrivateDirectory(model + QStringLiteral("/en-us"));
-    for (const QString& folder : {QString(), QStringLiteral("/en-us")})
+    const QString audio = path(u"short.wav"_s);
+    writeWave(audio, converse({{readerSentence(u"0930"_s)}}).samples);
+    const QString model = path(u"model"_s);
+    const QString installed = u"/usr/share/pocketsphinx/model/en-us"_s;
+    createPrivateDirectory(model + u"/en-us"_s);
+    for (const QString& folder : {QString(), u"/en-us"_s})
         for (const QString& file : QDir(installed + folder).entryList(QDir::Files))
-            ASSERT_TRUE(
-                QFile::link(installed + folder + QLatin1Char('/') + file, model + folder + QLatin1Char('/') + file));
+            ASSERT_TRUE(QFile::link(installed + folder + u'/' + file, model + folder + u'/' + file));
     for (const char* part : {"en-us/mdef", "en-us/transition_matrices", "en-us/means", "en-us.lm.bin"}) {
         SCOPED_TRACE(part);
-        const QString name = QLatin1Char('/') + QString::fromLatin1(part);
+        const QString name = u'/' + QString::fromLatin1(part);
         QFile::remove(model + name);
         const QByteArray whole = readFile(installed + name).value();
         writeFileAtomically(model + name, whole.left(whole.size() / 2));
-        const QString run = path(QStringLiteral("damaged"));
+        const QString run = path(u"damaged"_s);
         QProcess process;
         auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("CORVANE_WORKER_MODEL_DIR"), model);
+        environment.insert(u"CORVANE_WORKER_MODEL_DIR"_s, model);
         process.setProcessEnvironment(environment);
         start(process, processArguments(audio, run));
         EXPECT_NE(finish(process).status, 0);
@@ -234,15 +224,13 @@ TEST_F(Process, ADamagedModelIsNamed) {
 }
 
 TEST_F(Process, AFullDiskIsToldAndLeavesNothingBehind) {
-    ffmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), QStringLiteral("sine=300:d=20"),
-            path(QStringLiteral("long.wav"))});
-    const QString run = path(QStringLiteral("run"));
+    ffmpeg({u"-f"_s, u"lavfi"_s, u"-i"_s, u"sine=300:d=20"_s, path(u"long.wav"_s)});
+    const QString run = path(u"run"_s);
     QProcess process;
     // A limit on the size of a file fails like a full disk, and needs no disk of one's own.
-    process.start(QStringLiteral("sh"),
-                  QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -f 64; exec \"$0\" \"$@\""),
-                              QStringLiteral(CORVANE_WORKER_EXECUTABLE)} +
-                      processArguments(path(QStringLiteral("long.wav")), run));
+    process.start(u"sh"_s, QStringList{u"-c"_s, u"ulimit -f 64; exec \"$0\" \"$@\""_s,
+                                       QStringLiteral(CORVANE_WORKER_EXECUTABLE)} +
+                               processArguments(path(u"long.wav"_s), run));
     const Exit exit = finish(process);
     EXPECT_EQ(exit.status, 1);
     EXPECT_EQ(state(run).status, jobStatus::failed);
@@ -253,7 +241,7 @@ TEST_F(Process, AFullDiskIsToldAndLeavesNothingBehind) {
 TEST_F(Process, AskedToStopItStopsAtOnceAndSaysSo) {
     const QString audio = conversation();
     for (const int signal : {SIGTERM, SIGINT}) {
-        const QString run = path(QStringLiteral("stopped"));
+        const QString run = path(u"stopped"_s);
         QProcess process;
         start(process, processArguments(audio, run));
         QElapsedTimer timer;
@@ -263,7 +251,7 @@ TEST_F(Process, AskedToStopItStopsAtOnceAndSaysSo) {
         ASSERT_EQ(::kill(static_cast<pid_t>(process.processId()), signal), 0);
         EXPECT_NE(finish(process).status, 0);
         EXPECT_EQ(state(run).status, jobStatus::failed);
-        EXPECT_EQ(state(run).message, QStringLiteral("Transcription was interrupted"));
+        EXPECT_EQ(state(run).message, u"Transcription was interrupted"_s);
         EXPECT_EQ(events(run).back().type, jobEvents::cancelled);
         EXPECT_TRUE(QDir(run).removeRecursively());
     }
@@ -271,16 +259,13 @@ TEST_F(Process, AskedToStopItStopsAtOnceAndSaysSo) {
 
 TEST(CommandLine, UnknownWordsEndWithStatusTwo) {
     for (const QStringList& arguments :
-         {QStringList{}, QStringList{QStringLiteral("fly")}, QStringList{QStringLiteral("process")},
-          QStringList{QStringLiteral("process"), QStringLiteral("--audio")},
-          QStringList{QStringLiteral("speaker-context"), QStringLiteral("--run-dir"), QStringLiteral("x"),
-                      QStringLiteral("--context"), QStringLiteral("y")},
-          processArguments(QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("en"),
-                           {workerArguments::numSpeakers, QStringLiteral("two")})}) {
+         {QStringList{}, QStringList{u"fly"_s}, QStringList{u"process"_s}, QStringList{u"process"_s, u"--audio"_s},
+          QStringList{u"speaker-context"_s, u"--run-dir"_s, u"x"_s, u"--context"_s, u"y"_s},
+          processArguments(u"a"_s, u"b"_s, u"en"_s, {workerArguments::numSpeakers, u"two"_s})}) {
         const Exit exit = runWorker(arguments);
-        EXPECT_EQ(exit.status, 2) << arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(exit.status, 2) << arguments.join(u' ').toStdString();
         EXPECT_FALSE(exit.error.isEmpty());
     }
-    EXPECT_THAT(runWorker({QStringLiteral("--version")}).output.toStdString(), testing::StartsWith("corvane-worker "));
-    EXPECT_EQ(runWorker({QStringLiteral("--help")}).status, 0);
+    EXPECT_THAT(runWorker({u"--version"_s}).output.toStdString(), testing::StartsWith("corvane-worker "));
+    EXPECT_EQ(runWorker({u"--help"_s}).status, 0);
 }

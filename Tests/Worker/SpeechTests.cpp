@@ -1,3 +1,5 @@
+#include "Support/PrintQt.h"
+
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/Speech/SpeechModel.h"
 #include "CorvaneWorker/Speech/VoiceActivity.h"
@@ -38,11 +40,8 @@ TEST(VoiceActivity, SpeechStandsOutOfItsSurroundings) {
                 ElementsAre(FrameRange{6000, 6500}, FrameRange{12500, 13000}));
     EXPECT_THAT(findSpeech(levels({{5, silentLevel - 10}, {4, -30}, {1, -70}, {5, silentLevel - 10}})),
                 ElementsAre(FrameRange{500, 900}));
-}
-
-TEST(VoiceActivity, SteadySoundAndSilenceAreNoSpeech) {
-    EXPECT_THAT(findSpeech(levels({{60, -20}})), IsEmpty());
-    EXPECT_THAT(findSpeech(levels({{60, -96}})), IsEmpty());
+    for (const float steady : {-20.0F, -96.0F})
+        EXPECT_THAT(findSpeech(levels({{60, steady}})), IsEmpty());
     EXPECT_THAT(findSpeech({}), IsEmpty());
 }
 
@@ -69,15 +68,14 @@ TEST(Segments, BreakAtPausesAndWhereTheSpeakerChanges) {
                                             word(2.0, 2.4, "yes"),  word(3.1, 3.5, "i'm"), word(3.5, 4.0, "here")};
     const std::vector<SpeakerTurn> turns{{0.9, 2.05, 7}, {2.05, 4.0, 3}};
     const auto segments = assembleSegments(words, turns);
-    EXPECT_THAT(segments,
-                ElementsAre(TranscriptSegment{1.0, 2.0, QStringLiteral("Well I know"), QStringLiteral("SPEAKER_00")},
-                            TranscriptSegment{2.0, 2.4, QStringLiteral("Yes"), QStringLiteral("SPEAKER_01")},
-                            TranscriptSegment{3.1, 4.0, QStringLiteral("I'm here"), QStringLiteral("SPEAKER_01")}));
+    EXPECT_THAT(segments, ElementsAre(TranscriptSegment{1.0, 2.0, u"Well I know"_s, u"SPEAKER_00"_s},
+                                      TranscriptSegment{2.0, 2.4, u"Yes"_s, u"SPEAKER_01"_s},
+                                      TranscriptSegment{3.1, 4.0, u"I'm here"_s, u"SPEAKER_01"_s}));
     const auto speakers = summarizeSpeakers(segments);
     ASSERT_EQ(speakers.size(), 2U);
     EXPECT_DOUBLE_EQ(speakers[1].duration, 1.3);
-    EXPECT_EQ(speakers[1].examples.front().text, QStringLiteral("I'm here"));
-    EXPECT_EQ(assembleSegments(words, {}).back().speaker, QStringLiteral("SPEAKER_00"));
+    EXPECT_EQ(speakers[1].examples.front().text, u"I'm here"_s);
+    EXPECT_EQ(assembleSegments(words, {}).back().speaker, u"SPEAKER_00"_s);
     EXPECT_THAT(assembleSegments({}, turns), IsEmpty());
 }
 
@@ -98,16 +96,12 @@ TEST(Segments, ALongTalkIsCutAndItsExamplesAreSpread) {
     std::size_t count = 0;
     for (const auto& segment : segments) {
         EXPECT_LE(segment.end - segment.start, 25.0);
-        count += static_cast<std::size_t>(segment.text.count(QLatin1Char(' ')) + 1);
+        count += static_cast<std::size_t>(segment.text.count(u' ') + 1);
     }
     EXPECT_EQ(count, words.size());
-    const std::vector<TranscriptSegment> talk = [] {
-        std::vector<TranscriptSegment> result;
-        for (int index = 0; index < 40; ++index)
-            result.push_back(
-                {index * 10.0, index * 10.0 + (index % 2 == 0 ? 1.0 : 5.0), QStringLiteral("x"), speakerLabel(0)});
-        return result;
-    }();
+    std::vector<TranscriptSegment> talk;
+    for (int index = 0; index < 40; ++index)
+        talk.push_back({index * 10.0, index * 10.0 + (index % 2 == 0 ? 1.0 : 5.0), u"x"_s, speakerLabel(0)});
     const auto examples = summarizeSpeakers(talk).front().examples;
     ASSERT_EQ(examples.size(), 5U);
     EXPECT_GT(examples.back().start, 250.0);
@@ -118,8 +112,8 @@ TEST(Segments, ALongTalkIsCutAndItsExamplesAreSpread) {
 TEST(Words, FillersAndPronunciationMarkersAreTakenOut) {
     for (const char* filler : {"<s>", "<sil>", "[NOISE]", "[SPEECH]", "++UH++", "(NULL)", ""})
         EXPECT_TRUE(plainWord(QString::fromLatin1(filler)).isEmpty()) << filler;
-    EXPECT_EQ(plainWord(QStringLiteral("the(2)")), QStringLiteral("the"));
-    EXPECT_EQ(plainWord(QStringLiteral("don't")), QStringLiteral("don't"));
+    EXPECT_EQ(plainWord(u"the(2)"_s), u"the"_s);
+    EXPECT_EQ(plainWord(u"don't"_s), u"don't"_s);
 }
 
 TEST(SpeechModel, EnglishHasManyNames) {

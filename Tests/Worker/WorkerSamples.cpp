@@ -1,5 +1,7 @@
 #include "Worker/WorkerSamples.h"
 
+#include "Support/PrintQt.h"
+
 #include "CorvaneWorker/Audio/AudioDecoder.h"
 
 #include <QDataStream>
@@ -14,34 +16,31 @@
 namespace corvane::test {
 
 QString readerSentence(const QString& number) {
-    return QStringLiteral("/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-%1.wav")
-        .arg(number);
+    return u"/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-%1.wav"_s.arg(number);
 }
 
 QString prompt(const QString& name) {
-    return QStringLiteral("/usr/share/asterisk/sounds/en_US_f_Allison/%1.g722").arg(name);
+    return u"/usr/share/asterisk/sounds/en_US_f_Allison/%1.g722"_s.arg(name);
 }
 
 void ffmpeg(const QStringList& arguments) {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-nostdin"), QStringLiteral("-v"),
-                                                        QStringLiteral("error"), QStringLiteral("-y")} +
-                                                arguments);
+    process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments);
     ASSERT_TRUE(process.waitForFinished(60000));
     ASSERT_EQ(process.exitCode(), 0) << process.readAll().constData();
 }
 
 QStringList inputOf(const QString& path) {
-    if (path.endsWith(QLatin1String(".g722")))
-        return {QStringLiteral("-f"), QStringLiteral("g722"), QStringLiteral("-i"), path};
-    return {QStringLiteral("-i"), path};
+    if (path.endsWith(u".g722"_s))
+        return {u"-f"_s, u"g722"_s, u"-i"_s, path};
+    return {u"-i"_s, path};
 }
 
 std::vector<std::int16_t> samplesOf(const QString& path) {
     std::vector<std::int16_t> samples;
     const QTemporaryDir directory;
-    const QString wave = directory.filePath(QStringLiteral("sound.wav"));
+    const QString wave = directory.filePath(u"sound.wav"_s);
     ffmpeg(inputOf(path) + QStringList{wave});
     (void)decodeAudio(
         wave, [&](std::span<const std::int16_t> block) { samples.insert(samples.end(), block.begin(), block.end()); },

@@ -104,11 +104,12 @@ public:
     bool matchShownSpeakers();
     void rejectSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion);
 
-    // Known people (AppModelProfiles.cpp). False if nothing was changed, with the reason in the status line.
+    // Known people (AppModelProfiles.cpp). False or nothing if nothing was changed, with the reason in the status line.
     void reloadSpeakerProfiles();
-    bool createSpeakerProfile(const QString& displayName, const QString& notes);
+    std::optional<SpeakerProfile> createSpeakerProfile(const QString& displayName, const QString& notes);
     // A new name goes into every meeting that the person is linked in, one after the other beside the main loop's other
-    // work; the future ends when all have it. One that cannot be changed does not stop the others.
+    // work; the future ends when all have it. One that cannot be changed does not stop the others, is told in the
+    // status line, and makes the future's result false.
     QFuture<bool> updateSpeakerProfile(const SpeakerProfile& profile, const QString& displayName, const QString& notes,
                                        bool enabled);
     bool setSpeakerProfileEnabled(const SpeakerProfile& profile, bool enabled);
@@ -170,6 +171,7 @@ private:
         QUuid profileID;
         QString displayName;
         std::vector<QString> runs; // still to be looked at, the next one last
+        bool hasFailed = false;    // in one of them
         QPromise<bool> done;
     };
 

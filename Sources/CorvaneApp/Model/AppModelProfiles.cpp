@@ -3,6 +3,7 @@
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 
@@ -65,14 +66,15 @@ bool AppModel::changeProfiles(const char* failure, const QString& success,
     return true;
 }
 
-bool AppModel::createSpeakerProfile(const QString& displayName, const QString& notes) {
+std::optional<SpeakerProfile> AppModel::createSpeakerProfile(const QString& displayName, const QString& notes) {
     const QString name = displayName.trimmed();
-    if (name.isEmpty()) {
+    std::optional<SpeakerProfile> profile;
+    if (name.isEmpty())
         say(nameRequired);
-        return false;
-    }
-    return changeProfiles("Failed to create speaker profile", QStringLiteral("Speaker profile created"),
-                          [&](LocalStore& store) { store.createSpeakerProfile(name, notes); });
+    else
+        changeProfiles("Failed to create speaker profile", QStringLiteral("Speaker profile created"),
+                       [&](LocalStore& store) { profile = store.createSpeakerProfile(name, notes); });
+    return profile;
 }
 
 QFuture<bool> AppModel::createProfileFromSpeakerVoice(const QString& speaker, const QString& displayName) {
@@ -153,7 +155,8 @@ bool AppModel::updateVoiceProfileMatchingThreshold(double threshold) {
 QFuture<bool> AppModel::propagateSpeakerProfileDisplayName(const QUuid& profileID, const QString& displayName) {
     if (m_speakerReview.renameProfile(profileID, displayName))
         saveSpeakerMappings();
-    ProfileRename rename{.profileID = profileID, .displayName = displayName, .runs = {}, .done = {}};
+    ProfileRename rename{
+        .profileID = profileID, .displayName = displayName, .runs = {}, .hasFailed = false, .done = {}};
     for (const QString& run : m_services.files->list(m_paths.runs()).value_or(std::vector<QString>()))
         rename.runs.push_back(m_paths.runs() + QLatin1Char('/') + run);
     std::reverse(rename.runs.begin(), rename.runs.end());
@@ -174,7 +177,9 @@ void AppModel::renameInNextRun() {
         try {
             renameInRun(run, rename.profileID, rename.displayName);
         } catch (const Error& error) {
-            say(QStringLiteral("Failed to update profile tags in a meeting: ") + error.text());
+            rename.hasFailed = true;
+            say(QStringLiteral("Failed to update profile tags in a meeting: ") + lastPathComponent(run) +
+                QStringLiteral(": ") + error.text());
         }
         return;
     }
@@ -184,7 +189,7 @@ void AppModel::renameInNextRun() {
         m_profileRenameTimer.stop();
     reloadSpeakerProfiles();
     say(QStringLiteral("Speaker profile updated"));
-    finished.done.addResult(true);
+    finished.done.addResult(!finished.hasFailed);
     finished.done.finish();
 }
 

@@ -12,8 +12,6 @@
 
 #include <QtConcurrentRun>
 
-#include <algorithm>
-
 namespace corvane {
 
 namespace {
@@ -95,29 +93,31 @@ QFuture<bool> AppModel::addVoiceObservation(const QString& speaker, const Speake
     if (!m_detail.lastRunDirectory())
         return ready(false);
     const QString run = *m_detail.lastRunDirectory();
+    // From here on only the copies: what is saved is read back, and with it goes what the caller may have pointed into.
     VoiceUpdate update{.runDirectory = run, .speaker = speaker, .meetingID = {}, .profile = profile, .extraction = {}};
-    assignSpeaker(speaker, profile);
-    if (hasVoiceOf(speaker, profile, update.runID())) {
-        tellCard(speaker, Kind::success,
-                 speaker + QStringLiteral(" is already linked to ") + update.profile.displayName +
+    assignSpeaker(update.speaker, update.profile);
+    if (hasVoiceOf(update.speaker, update.profile, update.runID())) {
+        tellCard(update.speaker, Kind::success,
+                 update.speaker + QStringLiteral(" is already linked to ") + update.profile.displayName +
                      QStringLiteral(" for this meeting"));
         return ready(true);
     }
     const auto worker = findWorker();
     if (!worker) {
-        tellCard(speaker, Kind::failure, QStringLiteral("corvane-worker not found"));
+        tellCard(update.speaker, Kind::failure, QStringLiteral("corvane-worker not found"));
         return ready(false);
     }
     const auto meeting = selectedMeeting();
     update.meetingID = meeting ? meeting->id : RunIdentity::ofDirectory(run).meetingID();
     update.extraction = {.worker = *worker,
                          .runDirectory = run,
-                         .speaker = speaker,
-                         .output = runFiles::in(run, speakerFileName(QStringLiteral("speaker_profile_"), speaker))};
+                         .speaker = update.speaker,
+                         .output =
+                             runFiles::in(run, speakerFileName(QStringLiteral("speaker_profile_"), update.speaker))};
     m_speakerReview.setVoiceProfileUpdateRunID(update.runID());
-    m_speakerReview.setMessage(speaker,
+    m_speakerReview.setMessage(update.speaker,
                                {Kind::running, QStringLiteral("Extracting voice for ") + update.profile.displayName});
-    say(QStringLiteral("Extracting voice profile for ") + speaker);
+    say(QStringLiteral("Extracting voice profile for ") + update.speaker);
     return runSpeakerProfileExtraction(update.extraction).then(this, [this, update](const CommandResult& result) {
         return finishVoiceObservation(update, result);
     });
@@ -151,10 +151,8 @@ void AppModel::storeVoice(const VoiceUpdate& update, const CommandResult& result
         throw SpeakerProfileExtractionError::workerFailed(result);
     const ExtractedSpeakerEmbedding extracted = update.extraction.read();
     LocalStore& store = m_voiceProfiles.speakerStore();
-    const auto people = store.speakerProfiles();
     // A voice must not stay behind of a person who was deleted while it was on its way.
-    if (std::none_of(people.begin(), people.end(),
-                     [&](const auto& one) { return one.profile.id == update.profile.id; }))
+    if (!store.hasSpeakerProfile(update.profile.id))
         throw SpeakerProfileExtractionError(QStringLiteral("the profile has been deleted"));
     store.addSpeakerProfileObservation(observationOf(extracted, update.profile.id, update.meetingID, update.speaker));
 }

@@ -5,6 +5,7 @@
 #include "CorvaneCore/VoiceProfiles/LocalStoreRows.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace corvane {
 
@@ -109,8 +110,10 @@ double LocalStore::nowSeconds() const {
 }
 
 QDateTime dateFromSeconds(double seconds) {
-    constexpr double limit = 1e11; // more than 3,000 years away, and exact in milliseconds
-    const double within = std::clamp(seconds, -limit, limit);
+    // The years that have four digits, which is what texts for people and for programs can hold.
+    constexpr double first = -62135596800.0; // 0001-01-01
+    constexpr double last = 253402300799.0;  // 9999-12-31 23:59:59
+    const double within = std::isnan(seconds) ? 0.0 : std::clamp(seconds, first, last);
     return QDateTime::fromMSecsSinceEpoch(qRound64(within * 1000.0), Qt::UTC);
 }
 

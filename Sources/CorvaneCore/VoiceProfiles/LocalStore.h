@@ -25,6 +25,8 @@ public:
     SpeakerProfile createSpeakerProfile(const QString& displayName, const QString& notes);
     // By name, letter case apart. A stored id that is no UUID ends the program.
     [[nodiscard]] std::vector<SpeakerProfileSummary> speakerProfiles() const;
+    // Unlike the list, which ends early, throws where another program's lock or a damage keeps the answer back.
+    [[nodiscard]] bool hasSpeakerProfile(const QUuid& id) const;
     void updateSpeakerProfile(const QUuid& id, const QString& displayName, const QString& notes, bool enabled);
     void setSpeakerProfileEnabled(const QUuid& id, bool enabled);
     // With its observations. A failure midway leaves the earlier deletes done.

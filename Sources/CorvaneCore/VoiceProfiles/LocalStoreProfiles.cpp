@@ -3,6 +3,8 @@
 #include "CorvaneCore/VoiceProfiles/LocalStore.h"
 #include "CorvaneCore/VoiceProfiles/LocalStoreRows.h"
 
+#include <QDebug>
+
 namespace corvane {
 
 SpeakerProfile LocalStore::createSpeakerProfile(const QString& displayName, const QString& notes) {
@@ -46,7 +48,8 @@ ORDER BY p.display_name COLLATE NOCASE ASC)");
     while (row.nextRow()) {
         const auto id = storedUuid(row.text(0));
         if (!id)
-            qFatal("a voice profile in corvane.sqlite has an id that is no UUID: %s", qUtf8Printable(row.text(0)));
+            qFatal("a voice profile in corvane.sqlite has an id that is no UUID: %s",
+                   qUtf8Printable(QDebug::toString(row.text(0)))); // with control characters escaped
         SpeakerProfileSummary summary{.profile = storedProfile(row, *id),
                                       .observationCount = row.integer(6),
                                       .meetingCount = row.integer(7),
@@ -58,6 +61,10 @@ ORDER BY p.display_name COLLATE NOCASE ASC)");
         summaries.push_back(std::move(summary));
     }
     return summaries;
+}
+
+bool LocalStore::hasSpeakerProfile(const QUuid& id) const {
+    return m_connection.finds("SELECT 1 FROM speaker_profiles WHERE id = ?", {uuidText(id)});
 }
 
 void LocalStore::updateSpeakerProfile(const QUuid& id, const QString& displayName, const QString& notes, bool enabled) {

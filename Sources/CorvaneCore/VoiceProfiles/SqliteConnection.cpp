@@ -146,6 +146,15 @@ void SqliteConnection::execute(const char* sql, std::initializer_list<SqlValue> 
         throw StoreError(StoreError::Kind::executeFailed, messageOf(m_connection.get()));
 }
 
+bool SqliteConnection::finds(const char* sql, std::initializer_list<SqlValue> parameters) const {
+    SqliteStatement statement = prepare(sql);
+    statement.bind(parameters);
+    const int result = statement.step();
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+        throw StoreError(StoreError::Kind::executeFailed, messageOf(m_connection.get()));
+    return result == SQLITE_ROW;
+}
+
 int SqliteConnection::changes() const {
     return sqlite3_changes(m_connection.get());
 }

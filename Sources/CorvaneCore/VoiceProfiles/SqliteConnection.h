@@ -73,6 +73,8 @@ public:
     [[nodiscard]] SqliteStatement prepare(const char* sql) const { return {m_connection.get(), sql}; }
     // Runs a statement that gives no rows. Throws StoreError; executeFailed also if there was a row.
     void execute(const char* sql, std::initializer_list<SqlValue> parameters = {}) const;
+    // Whether a query has a row. Throws StoreError also if it could not be run to an answer.
+    [[nodiscard]] bool finds(const char* sql, std::initializer_list<SqlValue> parameters) const;
     // Rows that the last statement inserted, changed or deleted.
     [[nodiscard]] int changes() const;
 

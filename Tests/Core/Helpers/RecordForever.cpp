@@ -1,7 +1,8 @@
-// Records counted samples in chunks of 50 ms through a recorder, and meanwhile joins what an earlier recording left
-// over and over, until it is killed: RecordForever CHUNKS EARLIER-CHUNKS OUTPUT. Standard output tells how many frames
-// were surely written.
+// Records counted samples in chunks of 50 ms through a recorder, with pauses, and meanwhile joins what an earlier
+// recording left over and over, until it is killed: RecordForever CHUNKS EARLIER-CHUNKS OUTPUT. Standard output tells
+// how many frames were surely written.
 #include "Support/Fakes/FakeAudioInputs.h"
+#include "Support/PrintQt.h"
 
 #include "CorvaneCore/Recording/ChunkedMicrophoneRecorder.h"
 #include "CorvaneCore/Recording/Finalization.h"
@@ -9,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QTimer>
 
 #include <cstdio>
 #include <thread>
@@ -26,6 +28,12 @@ int main(int argc, char** argv) {
                                        std::make_unique<FakeAudioInput>(device), files,
                                        std::make_shared<SystemClock>());
     recorder.start();
+    QTimer pauses;
+    QObject::connect(&pauses, &QTimer::timeout, [&] {
+        recorder.pause();
+        recorder.resume();
+    });
+    pauses.start(70);
     const std::jthread capture([&](const std::stop_token& stop) {
         while (!stop.stop_requested()) {
             device->deliverCounted(480);
@@ -36,11 +44,9 @@ int main(int argc, char** argv) {
     });
     const std::jthread finishing([&](const std::stop_token& stop) {
         const QDir earlier(QString::fromLocal8Bit(argv[2]));
-        FinalizationPlan plan{.meetingID = QStringLiteral("EARLIER"),
-                              .chunks = {},
-                              .systemChunks = {},
-                              .output = QString::fromLocal8Bit(argv[3])};
-        for (const QString& name : earlier.entryList({QStringLiteral("*.wav")}, QDir::Files))
+        FinalizationPlan plan{
+            .meetingID = u"EARLIER"_s, .chunks = {}, .systemChunks = {}, .output = QString::fromLocal8Bit(argv[3])};
+        for (const QString& name : earlier.entryList({u"*.wav"_s}, QDir::Files))
             plan.chunks.push_back(earlier.filePath(name));
         plan.systemChunks = plan.chunks;
         while (!stop.stop_requested() && !plan.chunks.empty())

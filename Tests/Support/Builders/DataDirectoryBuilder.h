@@ -1,6 +1,8 @@
 // Makes meetings, runs and recordings in a temporary data directory, as the application and the worker leave them.
 #pragma once
 
+#include "Support/PrintQt.h"
+
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneContract/Jobs/WorkerJobState.h"
@@ -27,16 +29,15 @@ class DataDirectoryBuilder {
 public:
     DataDirectoryBuilder() { paths.createDirectories(); }
 
-    [[nodiscard]] QString run(const QString& name) const { return paths.runs() + QLatin1Char('/') + name; }
-    [[nodiscard]] QString recording(const QString& name) const { return paths.recordings() + QLatin1Char('/') + name; }
+    [[nodiscard]] QString run(const QString& name) const { return paths.runs() + u'/' + name; }
+    [[nodiscard]] QString recording(const QString& name) const { return paths.recordings() + u'/' + name; }
 
     // A run that has only the documents that are given afterwards.
     QString makeRun(const QString& name) const {
         createPrivateDirectory(run(name));
         return run(name);
     }
-    QString makeRun(const QString& name, const RunAppMetadata& record,
-                    const QString& status = QStringLiteral("completed")) const {
+    QString makeRun(const QString& name, const RunAppMetadata& record, const QString& status = u"completed"_s) const {
         makeRun(name);
         writeRunAppMetadata(record, run(name));
         writeState(name, status);
@@ -69,8 +70,17 @@ private:
     QTemporaryDir m_directory;
 
 public:
-    const AppPaths paths{m_directory.filePath(QStringLiteral("Corvane"))};
+    const AppPaths paths{m_directory.filePath(u"Corvane"_s)};
 };
+
+[[nodiscard]] inline RunAppMetadata recordOf(const QString& title, const QString& audio = {},
+                                             std::optional<QString> meeting = {}) {
+    RunAppMetadata record;
+    record.title = title;
+    record.audioPath = audio;
+    record.meetingID = std::move(meeting);
+    return record;
+}
 
 // A result of `segments` segments of speech between two speakers, with times and texts such as a worker gives.
 [[nodiscard]] inline TranscriptResult speechResult(int segments) {
@@ -79,10 +89,9 @@ public:
         "Yes. I have them here; the second table isn't final yet – Zoë still waits for two numbers.",
         "Then let's \"park\" that one, and come back to it at about a quarter to eleven.", "Fine with me."};
     TranscriptResult result;
-    result.metadata = {{QStringLiteral("audio"), QStringLiteral("/data/recordings/meeting.wav")},
-                       {QStringLiteral("model"), QStringLiteral("large")}};
-    result.speakers = {{.speaker = QStringLiteral("SPEAKER_00"), .duration = 1834.25, .examples = {}},
-                       {.speaker = QStringLiteral("SPEAKER_01"), .duration = 902.125, .examples = {}}};
+    result.metadata = {{u"audio"_s, u"/data/recordings/meeting.wav"_s}, {u"model"_s, u"large"_s}};
+    result.speakers = {{.speaker = u"SPEAKER_00"_s, .duration = 1834.25, .examples = {}},
+                       {.speaker = u"SPEAKER_01"_s, .duration = 902.125, .examples = {}}};
     for (int i = 0; i < segments; ++i)
         result.segments.push_back({.start = i * 2.37,
                                    .end = i * 2.37 + 2.11,

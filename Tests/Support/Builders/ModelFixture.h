@@ -11,6 +11,7 @@
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
 #include "Support/Fakes/InMemoryUserDefaults.h"
+#include "Support/PrintQt.h"
 
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
@@ -55,8 +56,8 @@ public:
                              .workspace = workspace,
                              .http = http,
                              .clock = clock,
-                             .environment = {{QStringLiteral("CORVANE_WORKER_PATH"), worker}},
-                             .currentDirectory = QStringLiteral("/nowhere"),
+                             .environment = {{u"CORVANE_WORKER_PATH"_s, worker}},
+                             .currentDirectory = u"/nowhere"_s,
                              .bundleResourceDirectory = std::nullopt};
         m_model = std::make_unique<AppModel>(m_paths, std::move(services));
         return *m_model;

@@ -2,6 +2,8 @@
 // as its original is; the handler runs on a thread of its own, and endProcess() returns when it has returned.
 #pragma once
 
+#include "Support/PrintQt.h"
+
 #include "CorvaneCore/Interfaces/ProcessLauncher.h"
 
 #include <QFileInfo>
@@ -19,10 +21,10 @@ public:
                                                           TerminationHandler onTermination) override {
         for (const QString& log : {request.standardOutput, request.standardError}) {
             if (!QFileInfo::exists(log))
-                throw LaunchError(QFileInfo(log).fileName() + QStringLiteral(": No such file or directory"));
+                throw LaunchError(QFileInfo(log).fileName() + u": No such file or directory"_s);
         }
         if (!QFileInfo::exists(request.executable))
-            throw LaunchError(QStringLiteral("No such file or directory"));
+            throw LaunchError(u"No such file or directory"_s);
         const std::lock_guard guard(m_mutex);
         auto process = std::make_shared<Process>(request, std::move(onTermination),
                                                  firstProcessID + static_cast<std::int64_t>(m_processes.size()));
@@ -38,7 +40,7 @@ public:
             m_commands.push_back(QStringList(executable) + arguments);
         }
         if (!onCommand)
-            throw LaunchError(QStringLiteral("No such file or directory"));
+            throw LaunchError(u"No such file or directory"_s);
         return onCommand(arguments, cancelled);
     }
     // Set before the first command.
