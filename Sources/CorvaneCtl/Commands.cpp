@@ -188,6 +188,26 @@ Command profilesCommand() {
             runProfiles};
 }
 
+Command notionCommand() {
+    return {{.name = QStringLiteral("notion"),
+             .operands = QStringLiteral("[ACTION [ARGUMENT...]]"),
+             .minimumOperands = 0,
+             .maximumOperands = 3,
+             .summary = QStringLiteral("publish a meeting to Notion"),
+             .description = QStringLiteral("Without ACTION, shows how it is set up.\n"
+                                           "token                 store an integration token, asked for or read from "
+                                           "standard input\n"
+                                           "database URL          choose the database that meetings go into\n"
+                                           "columns               list its columns\n"
+                                           "map KIND COLUMN       the column for meeting-id, participants or summary\n"
+                                           "sync MEETING          publish a meeting; prints the page's address\n"
+                                           "open MEETING          open its page"),
+             .options = {{QStringLiteral("remove"), {}, QStringLiteral("with token: forget it")},
+                         {QStringLiteral("replace"), {}, QStringLiteral("with sync: archive earlier pages")},
+                         {QStringLiteral("new"), {}, QStringLiteral("with sync: leave earlier pages alone")}}},
+            runNotion};
+}
+
 Command deleteCommand() {
     return {{.name = QStringLiteral("delete"),
              .operands = QStringLiteral("MEETING"),
@@ -219,7 +239,7 @@ const std::vector<Command>& commands() {
     static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
                                             importCommand(),     processCommand(), meetingsCommand(), showCommand(),
                                             transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
-                                            profilesCommand(),   deleteCommand(),  statusCommand()};
+                                            profilesCommand(),   notionCommand(),  deleteCommand(),   statusCommand()};
     return table;
 }
 

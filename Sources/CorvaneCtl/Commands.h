@@ -23,6 +23,7 @@ class Session;
 [[nodiscard]] ExitStatus runRename(Session& session);     // RenameCommand.cpp
 [[nodiscard]] ExitStatus runSpeaker(Session& session);    // SpeakerCommands.cpp
 [[nodiscard]] ExitStatus runMatch(Session& session);      // SpeakerCommands.cpp
+[[nodiscard]] ExitStatus runNotion(Session& session);     // NotionCommand.cpp
 [[nodiscard]] ExitStatus runProfiles(Session& session);   // ProfilesCommand.cpp
 [[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
 [[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp

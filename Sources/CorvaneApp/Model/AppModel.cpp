@@ -32,7 +32,7 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     }
     m_library.restoreLatestRecording();
     if (m_services.surface == Surface::window)
-        refreshNotionSettings();
+        static_cast<void>(refreshNotionSettings());
     reloadSpeakerProfiles();
     reloadMeetings();
     restoreLatestMeeting();

@@ -120,7 +120,8 @@ public:
     bool updateVoiceProfileMatchingThreshold(double threshold); // clamped to 0 to 1
 
     // Notion (AppModelNotion.cpp). The futures say whether it was done; the status line tells why not.
-    void refreshNotionSettings();
+    // Whether a token is stored; false also where the token store cannot say.
+    QFuture<bool> refreshNotionSettings();
     QFuture<bool> saveNotionToken(const QString& token);
     QFuture<bool> deleteNotionToken();
     void updateNotionDatabaseURL(const QString& url);

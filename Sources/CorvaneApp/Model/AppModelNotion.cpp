@@ -67,16 +67,20 @@ struct AppModel::NotionSync {
     QPromise<bool> done;
 };
 
-void AppModel::refreshNotionSettings() {
+QFuture<bool> AppModel::refreshNotionSettings() {
     m_notion.loadSettings();
     // Absent also where the store cannot say; the store is asked again when a token is needed.
-    QtConcurrent::run([store = m_services.tokenStore] {
-        try {
-            return store->hasNotionToken();
-        } catch (const Error&) {
-            return false;
-        }
-    }).then(this, [this](bool has) { m_notion.setHasToken(has); });
+    return QtConcurrent::run([store = m_services.tokenStore] {
+               try {
+                   return store->hasNotionToken();
+               } catch (const Error&) {
+                   return false;
+               }
+           })
+        .then(this, [this](bool has) {
+            m_notion.setHasToken(has);
+            return has;
+        });
 }
 
 QFuture<bool> AppModel::saveNotionToken(const QString& token) {

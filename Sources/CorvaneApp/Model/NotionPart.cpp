@@ -120,7 +120,7 @@ void NotionPart::showToast(const QString& message, ToastKind kind) {
     const QUuid id = QUuid::createUuid();
     setToast(NotionToast{.id = id, .message = message, .isError = kind == ToastKind::failure});
     // A newer toast has an id of its own and keeps its whole time.
-    QTimer::singleShot(4s, this, [this, id] {
+    QTimer::singleShot(4s, Qt::PreciseTimer, this, [this, id] {
         if (m_toast && m_toast->id == id)
             setToast(std::nullopt);
     });

@@ -2,6 +2,8 @@
 
 #include "CorvanePlatform/Linux/Network/HttpExchange.h"
 
+#include <QNetworkAccessManager>
+
 #include <algorithm>
 
 namespace corvane {
@@ -21,6 +23,8 @@ bool isUsable(const HttpRequest& request) {
 }
 
 } // namespace
+
+QtHttpClient::QtHttpClient() = default;
 
 QtHttpClient::~QtHttpClient() {
     if (m_network)

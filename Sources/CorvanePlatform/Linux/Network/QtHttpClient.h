@@ -4,14 +4,15 @@
 
 #include "CorvaneCore/Interfaces/HttpClient.h"
 
-#include <QNetworkAccessManager>
-
 #include <memory>
+
+class QNetworkAccessManager;
 
 namespace corvane {
 
 class QtHttpClient final : public HttpClient {
 public:
+    QtHttpClient();
     ~QtHttpClient() override;
 
     [[nodiscard]] QFuture<Outcome<HttpAnswer>> send(const HttpRequest& request) override;
