@@ -1,5 +1,6 @@
 // Publishing to Notion as the model does it, against a service that remembers.
 #include "App/AppModelTest.h"
+#include "Support/Fakes/FakeHttpClient.h"
 
 using namespace corvane;
 
@@ -13,13 +14,14 @@ const QString databaseURL = QStringLiteral(" https://www.notion.so/team/%1?v=1 "
 class NotionTest : public AppModelTest {
 protected:
     NotionTest() {
-        fixture.notion.databases[databaseID.toLower()] = {.title = u"Meetings"_s,
-                                                          .columns = {{u"Name"_s, u"title"_s},
-                                                                      {u"meeting_id"_s, u"rich_text"_s},
-                                                                      {u"Attendees"_s, u"multi_select"_s},
-                                                                      {u"summary"_s, u"rich_text"_s},
-                                                                      {u"Kind"_s, u"select"_s}}};
-        fixture.tokens->saveNotionToken(fixture.notion.token);
+        fixture.http = http;
+        service.databases[databaseID.toLower()] = {.title = u"Meetings"_s,
+                                                   .columns = {{u"Name"_s, u"title"_s},
+                                                               {u"meeting_id"_s, u"rich_text"_s},
+                                                               {u"Attendees"_s, u"multi_select"_s},
+                                                               {u"summary"_s, u"rich_text"_s},
+                                                               {u"Kind"_s, u"select"_s}}};
+        fixture.tokens->saveNotionToken(service.token);
         for (const char* name : {"one", "two"}) {
             makeRun(name, name, name, name[0] == 'o' ? 200 : 100);
             data.write(QString::fromUtf8(name), runFiles::result, encodeTranscriptResult(speechResult(4)));
@@ -43,10 +45,13 @@ protected:
     }
     std::vector<bool> archived() const {
         std::vector<bool> all;
-        for (const FakeNotionPage& page : fixture.notion.pages)
+        for (const FakeNotionPage& page : service.pages)
             all.push_back(page.archived);
         return all;
     }
+
+    FakeNotionService service;
+    std::shared_ptr<FakeHttpClient> http = std::make_shared<FakeHttpClient>(service);
 };
 
 TEST_F(NotionTest, ADatabaseIsReadAndBlankChoicesAreFilled) {
@@ -76,7 +81,7 @@ TEST_F(NotionTest, ADatabaseIsReadAndBlankChoicesAreFilled) {
     EXPECT_FALSE(sync(again));
     EXPECT_EQ(toast(again),
               u"! Notion sync failed: Mapped Notion column Kind must be rich text or multi-select, not select");
-    EXPECT_TRUE(fixture.notion.pages.empty());
+    EXPECT_TRUE(service.pages.empty());
     again.updateNotionDatabaseURL(u"elsewhere"_s);
     EXPECT_TRUE(again.notion().notionDatabaseTitle().isEmpty());
     EXPECT_EQ(again.notion().notionSummaryPropertyName(), u"kind");
@@ -94,9 +99,9 @@ TEST_F(NotionTest, ASecondPressAsksAndEachAnswerIsKept) {
     model.updateSpeakerName(u"SPEAKER_00"_s, u"Ada"_s);
     ASSERT_TRUE(sync(model)) << status(model).toStdString();
     EXPECT_EQ(toast(model), u"Synced to Notion");
-    ASSERT_EQ(fixture.notion.pages.size(), 1U);
-    EXPECT_EQ(fixture.notion.pages[0].text(u"Name"_s), u"one");
-    EXPECT_EQ(fixture.notion.pages[0].text(u"meeting_id"_s), u"one");
+    ASSERT_EQ(service.pages.size(), 1U);
+    EXPECT_EQ(service.pages[0].text(u"Name"_s), u"one");
+    EXPECT_EQ(service.pages[0].text(u"meeting_id"_s), u"one");
     const QString first = model.notion().selectedNotionPageURL();
     EXPECT_FALSE(first.isEmpty());
     EXPECT_TRUE(model.openSelectedNotionPage());
@@ -114,8 +119,8 @@ TEST_F(NotionTest, ASecondPressAsksAndEachAnswerIsKept) {
 
     // Where the search sees nothing the page of before is still known.
     model.notion().updateNotionMeetingIDPropertyName({});
-    fixture.notion.pages.back().properties.clear();
-    fixture.notion.pages.back().blocks.clear();
+    service.pages.back().properties.clear();
+    service.pages.back().blocks.clear();
     EXPECT_FALSE(sync(model));
     ASSERT_EQ(model.notion().pendingNotionReplacementPages().size(), 1U);
     EXPECT_EQ(model.notion().pendingNotionReplacementPages()[0].title, u"Existing synced page");
@@ -129,26 +134,26 @@ TEST_F(NotionTest, ASecondPressAsksAndEachAnswerIsKept) {
 TEST_F(NotionTest, WhatIsPublishedIsWhatWasOnScreen) {
     AppModel& model = connected();
     model.renameSelectedRun(u"First meeting"_s);
-    fixture.http->hold();
+    http->hold();
     auto done = model.syncSelectedMeetingToNotion(WhenPageExists::ask);
     EXPECT_TRUE(ModelFixture::until([&] { return model.notion().isSyncingNotion(); }));
     EXPECT_EQ(status(model), u"Syncing to Notion");
     select(model, "two");
-    fixture.http->release();
+    http->release();
     EXPECT_TRUE(ModelFixture::resultOf(done));
-    ASSERT_EQ(fixture.notion.pages.size(), 1U);
-    EXPECT_EQ(fixture.notion.pages[0].text(u"Name"_s), u"First meeting");
-    EXPECT_EQ(fixture.notion.pages[0].text(u"meeting_id"_s), u"one");
+    ASSERT_EQ(service.pages.size(), 1U);
+    EXPECT_EQ(service.pages[0].text(u"Name"_s), u"First meeting");
+    EXPECT_EQ(service.pages[0].text(u"meeting_id"_s), u"one");
 
-    fixture.http->hold();
-    const auto sent = fixture.http->requests.size();
+    http->hold();
+    const auto sent = http->requests.size();
     auto dropped = model.syncSelectedMeetingToNotion(WhenPageExists::ask);
-    EXPECT_TRUE(ModelFixture::until([&] { return fixture.http->requests.size() > sent; }));
+    EXPECT_TRUE(ModelFixture::until([&] { return http->requests.size() > sent; }));
     fixture.stop(); // in the middle
-    fixture.http->release();
+    http->release();
     QCoreApplication::processEvents();
     EXPECT_TRUE(dropped.isCanceled());
-    EXPECT_EQ(fixture.notion.pages.size(), 1U);
+    EXPECT_EQ(service.pages.size(), 1U);
 }
 
 TEST_F(NotionTest, WhatKeepsAMeetingFromBeingPublishedIsTold) {
@@ -161,7 +166,7 @@ TEST_F(NotionTest, WhatKeepsAMeetingFromBeingPublishedIsTold) {
     EXPECT_FALSE(sync(model));
     EXPECT_EQ(status(model), u"Notion sync failed: Mapped Notion column not found: gone");
     EXPECT_FALSE(model.notion().isSyncingNotion());
-    fixture.notion.token = u"another"_s;
+    service.token = u"another"_s;
     EXPECT_FALSE(sync(model));
     EXPECT_THAT(status(model).toStdString(), testing::StartsWith("Notion sync failed: "));
     fixture.tokens->deleteNotionToken();

@@ -6,7 +6,6 @@
 #include "Support/Fakes/FakeAudioInputs.h"
 #include "Support/Fakes/FakeAudioPlayers.h"
 #include "Support/Fakes/FakeClock.h"
-#include "Support/Fakes/FakeHttpClient.h"
 #include "Support/Fakes/FakeProcessLauncher.h"
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
@@ -37,8 +36,7 @@ public:
     std::shared_ptr<FailingAudioFiles> waveFiles = std::make_shared<FailingAudioFiles>();
     std::shared_ptr<FakeAudioPlayers> audioPlayers = std::make_shared<FakeAudioPlayers>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
-    FakeNotionService notion;
-    std::shared_ptr<FakeHttpClient> http = std::make_shared<FakeHttpClient>(notion);
+    std::shared_ptr<HttpClient> http; // brought by a test that needs one
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     QString worker; // an executable file, or "" for none
 
