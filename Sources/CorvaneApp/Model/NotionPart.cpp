@@ -72,6 +72,7 @@ void NotionPart::setDatabaseTitle(const QString& title) {
 
 void NotionPart::setDatabaseProperties(const std::map<QString, QString>& typesByName) {
     std::vector<NotionPropertyOption> properties;
+    properties.reserve(typesByName.size());
     for (const auto& [name, type] : typesByName)
         properties.push_back({name, type});
     QCollator collator;
