@@ -33,6 +33,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     m_library.restoreLatestRecording();
     if (m_services.surface == Surface::window)
         static_cast<void>(refreshNotionSettings());
+    else
+        m_notion.loadSettings();
     reloadSpeakerProfiles();
     reloadMeetings();
     restoreLatestMeeting();

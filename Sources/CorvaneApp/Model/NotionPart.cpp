@@ -25,9 +25,7 @@ QString pageURLKey(const QString& databaseID, const QString& meetingID) {
 } // namespace
 
 NotionPart::NotionPart(std::shared_ptr<UserDefaults> defaults, QObject* parent)
-    : ModelPart(parent), m_defaults(std::move(defaults)) {
-    loadSettings();
-}
+    : ModelPart(parent), m_defaults(std::move(defaults)) {}
 
 void NotionPart::loadSettings() {
     const auto load = [this](QString& field, const char* name, const QString& key) {
