@@ -40,14 +40,10 @@ QJsonObject settingsJson(const ProcessingSettings& settings) {
     };
 }
 
-namespace {
-
 QJsonValue profileOf(const TranscriptResult& result, const QString& label) {
     const auto link = result.speakerProfileAssignments.find(label);
     return link == result.speakerProfileAssignments.end() ? QJsonValue() : QJsonValue(uuidText(link->second.profileID));
 }
-
-} // namespace
 
 QJsonArray speakersJson(const TranscriptResult& result) {
     return encodeArray(result.speakers, [&](const TranscriptSpeaker& speaker) {

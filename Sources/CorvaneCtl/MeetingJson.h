@@ -23,6 +23,9 @@ namespace corvane::ctl {
 // none is given.
 [[nodiscard]] QJsonArray speakersJson(const TranscriptResult& result);
 
+// The id of the known person that a speaker is linked to, or null.
+[[nodiscard]] QJsonValue profileOf(const TranscriptResult& result, const QString& label);
+
 // The name of a speaker, or nothing if it has none of more than blanks.
 [[nodiscard]] std::optional<QString> speakerName(const TranscriptResult& result, const QString& label);
 

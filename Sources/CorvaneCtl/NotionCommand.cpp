@@ -2,6 +2,7 @@
 #include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneCore/Notion/NotionAddresses.h"
 #include "CorvaneCore/Settings/DefaultsKeys.h"
+#include "CorvaneCtl/Actions.h"
 #include "CorvaneCtl/Commands.h"
 #include "CorvaneCtl/SecretPrompt.h"
 #include "CorvaneCtl/Session.h"
@@ -10,18 +11,6 @@
 namespace corvane::ctl {
 
 namespace {
-
-QStringList operands(const Session& session, qsizetype minimum, qsizetype maximum, const char* form) {
-    QStringList given = session.line().operands.mid(1);
-    if (given.size() < minimum || given.size() > maximum)
-        throw UsageError(QStringLiteral("it is: corvanectl notion %1").arg(QString::fromUtf8(form)));
-    return given;
-}
-
-void require(Session& session, bool done) {
-    if (!done)
-        throw CtlError(visibleText(session.model().status().statusMessage()));
-}
 
 QString orNone(const QString& text) {
     return text.isEmpty() ? QStringLiteral("none") : visibleText(text);
@@ -58,35 +47,35 @@ ExitStatus showSettings(Session& session) {
 }
 
 ExitStatus token(Session& session) {
-    operands(session, 0, 0, "token [--remove]");
+    static_cast<void>(actionOperands(session, 0, 0, "token [--remove]"));
     if (session.line().has(QStringLiteral("remove"))) {
-        require(session, session.wait(session.model().deleteNotionToken()));
+        requireDone(session, session.wait(session.model().deleteNotionToken()));
     } else {
         const auto secret = readSecret(QStringLiteral("Notion integration token: "));
         if (!secret)
             throw CtlError(QStringLiteral("no token was given"));
-        require(session, session.wait(session.model().saveNotionToken(*secret)));
+        requireDone(session, session.wait(session.model().saveNotionToken(*secret)));
     }
     session.terminal().say(session.model().status().statusMessage());
     return ExitStatus::ok;
 }
 
 ExitStatus database(Session& session) {
-    const QStringList given = operands(session, 0, 1, "database [URL]");
+    const QStringList given = actionOperands(session, 0, 1, "database [URL]");
     if (given.isEmpty())
         return showSettings(session);
     AppModel& model = session.model();
     if (!notionDatabaseID(given[0]))
         throw CtlError(QStringLiteral("no database id stands in “%1”").arg(visibleText(given[0])));
     model.updateNotionDatabaseURL(given[0]);
-    require(session, session.wait(model.fetchNotionDatabaseTitle()));
+    requireDone(session, session.wait(model.fetchNotionDatabaseTitle()));
     return showSettings(session);
 }
 
 ExitStatus columns(Session& session) {
-    operands(session, 0, 0, "columns");
+    static_cast<void>(actionOperands(session, 0, 0, "columns"));
     AppModel& model = session.model();
-    require(session, session.wait(model.fetchNotionDatabaseTitle()));
+    requireDone(session, session.wait(model.fetchNotionDatabaseTitle()));
     const auto& properties = model.notion().notionDatabaseProperties();
     if (session.wantsJson()) {
         session.printJson(encodeArray(properties, [](const NotionPropertyOption& property) {
@@ -102,7 +91,7 @@ ExitStatus columns(Session& session) {
 }
 
 ExitStatus map(Session& session) {
-    const QStringList given = operands(session, 2, 2, "map meeting-id|participants|summary COLUMN");
+    const QStringList given = actionOperands(session, 2, 2, "map meeting-id|participants|summary COLUMN");
     NotionPart& notion = session.model().notion();
     if (given[0] == QLatin1String("meeting-id"))
         notion.updateNotionMeetingIDPropertyName(given[1]);
@@ -123,7 +112,7 @@ QString pendingText(const std::vector<NotionPageMatch>& pages) {
 }
 
 ExitStatus sync(Session& session) {
-    const QStringList given = operands(session, 1, 1, "sync MEETING [--replace|--new]");
+    const QStringList given = actionOperands(session, 1, 1, "sync MEETING [--replace|--new]");
     const bool replaces = session.line().has(QStringLiteral("replace"));
     const bool createsNew = session.line().has(QStringLiteral("new"));
     if (replaces && createsNew)
@@ -135,7 +124,7 @@ ExitStatus sync(Session& session) {
                                                                                   : AppModel::WhenPageExists::ask));
     if (!model.notion().pendingNotionReplacementPages().empty())
         throw CtlError(pendingText(model.notion().pendingNotionReplacementPages()));
-    require(session, done);
+    requireDone(session, done);
     const QString& url = model.notion().selectedNotionPageURL();
     if (session.wantsJson())
         session.printJson(QJsonObject{{QStringLiteral("url"), url}});
@@ -145,7 +134,7 @@ ExitStatus sync(Session& session) {
 }
 
 ExitStatus open(Session& session) {
-    const QStringList given = operands(session, 1, 1, "open MEETING");
+    const QStringList given = actionOperands(session, 1, 1, "open MEETING");
     session.select(given[0]);
     AppModel& model = session.model();
     if (model.notion().selectedNotionPageURL().isEmpty())

@@ -1,6 +1,7 @@
 // corvanectl profiles
 #include "CorvaneContract/Json/JsonWriter.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
+#include "CorvaneCtl/Actions.h"
 #include "CorvaneCtl/Choice.h"
 #include "CorvaneCtl/Commands.h"
 #include "CorvaneCtl/FailureWatch.h"
@@ -13,19 +14,6 @@
 namespace corvane::ctl {
 
 namespace {
-
-// The operands behind the action.
-QStringList operands(const Session& session, qsizetype minimum, qsizetype maximum, const char* form) {
-    QStringList given = session.line().operands.mid(1);
-    if (given.size() < minimum || given.size() > maximum)
-        throw UsageError(QStringLiteral("it is: corvanectl profiles %1").arg(QString::fromUtf8(form)));
-    return given;
-}
-
-void require(Session& session, bool done) {
-    if (!done)
-        throw CtlError(session.model().status().statusMessage());
-}
 
 ExitStatus finish(Session& session, const QUuid& id) {
     if (!session.wantsJson())
@@ -60,7 +48,7 @@ QString table(const std::vector<SpeakerProfileSummary>& people) {
 }
 
 ExitStatus list(Session& session) {
-    operands(session, 0, 0, "list");
+    static_cast<void>(actionOperands(session, 0, 0, "list"));
     const auto& people = knownPeople(session);
     if (session.wantsJson())
         session.printJson(encodeArray(people, profileJson));
@@ -72,10 +60,10 @@ ExitStatus list(Session& session) {
 }
 
 ExitStatus create(Session& session) {
-    const QString name = operands(session, 1, 1, "create NAME").front().trimmed();
+    const QString name = actionOperands(session, 1, 1, "create NAME").front().trimmed();
     const auto profile =
         session.model().createSpeakerProfile(name, session.line().value(QStringLiteral("notes")).value_or(QString()));
-    require(session, profile.has_value());
+    requireDone(session, profile.has_value());
     if (session.wantsJson())
         session.printJson(profileJson({.profile = *profile, .lastSeenAt = {}, .latestMatchScore = {}}));
     else
@@ -84,26 +72,26 @@ ExitStatus create(Session& session) {
 }
 
 ExitStatus rename(Session& session) {
-    const QStringList given = operands(session, 2, 2, "rename PROFILE NAME");
+    const QStringList given = actionOperands(session, 2, 2, "rename PROFILE NAME");
     const SpeakerProfile profile = chooseProfile(session, given[0]);
     const FailureWatch watch(session.model());
     const bool done = session.wait(session.model().updateSpeakerProfile(
         profile, given[1], session.line().value(QStringLiteral("notes")).value_or(profile.notes), profile.enabled));
     if (!watch.failure().isEmpty())
         throw CtlError(watch.failure());
-    require(session, done);
+    requireDone(session, done);
     return finish(session, profile.id);
 }
 
 ExitStatus enable(Session& session, bool enabled) {
-    const QStringList given = operands(session, 1, 1, enabled ? "enable PROFILE" : "disable PROFILE");
+    const QStringList given = actionOperands(session, 1, 1, enabled ? "enable PROFILE" : "disable PROFILE");
     const SpeakerProfile profile = chooseProfile(session, given[0]);
-    require(session, session.model().setSpeakerProfileEnabled(profile, enabled));
+    requireDone(session, session.model().setSpeakerProfileEnabled(profile, enabled));
     return finish(session, profile.id);
 }
 
 ExitStatus remove(Session& session) {
-    const QStringList given = operands(session, 1, 1, "delete PROFILE");
+    const QStringList given = actionOperands(session, 1, 1, "delete PROFILE");
     const SpeakerProfile profile = chooseProfile(session, given[0]);
     if (!session.line().has(QStringLiteral("yes"))) {
         if (!session.terminal().canAsk())
@@ -114,7 +102,7 @@ ExitStatus remove(Session& session) {
             return ExitStatus::failed;
         }
     }
-    require(session, session.model().deleteSpeakerProfile(profile));
+    requireDone(session, session.model().deleteSpeakerProfile(profile));
     if (session.wantsJson())
         session.printJson(
             QJsonObject{{QStringLiteral("id"), uuidText(profile.id)}, {QStringLiteral("name"), profile.displayName}});
@@ -136,11 +124,11 @@ ExitStatus showMatching(Session& session) {
 }
 
 ExitStatus matching(Session& session) {
-    const QStringList given = operands(session, 0, 1, "matching [on|off]");
+    const QStringList given = actionOperands(session, 0, 1, "matching [on|off]");
     if (!given.isEmpty()) {
         if (given[0] != QLatin1String("on") && given[0] != QLatin1String("off"))
             throw UsageError(QStringLiteral("matching is on or off, not “%1”").arg(given[0]));
-        require(session, session.model().updateVoiceProfileMatchingEnabled(given[0] == QLatin1String("on")));
+        requireDone(session, session.model().updateVoiceProfileMatchingEnabled(given[0] == QLatin1String("on")));
         if (!session.wantsJson())
             return ExitStatus::ok;
     }
@@ -148,13 +136,13 @@ ExitStatus matching(Session& session) {
 }
 
 ExitStatus threshold(Session& session) {
-    const QStringList given = operands(session, 0, 1, "threshold [X]");
+    const QStringList given = actionOperands(session, 0, 1, "threshold [X]");
     if (!given.isEmpty()) {
         bool isNumber = false;
         const double value = QLocale::c().toDouble(given[0], &isNumber);
         if (!isNumber || !(value >= 0 && value <= 1))
             throw UsageError(QStringLiteral("the threshold is a number from 0 to 1, not “%1”").arg(given[0]));
-        require(session, session.model().updateVoiceProfileMatchingThreshold(value));
+        requireDone(session, session.model().updateVoiceProfileMatchingThreshold(value));
         if (!session.wantsJson())
             return ExitStatus::ok;
     }

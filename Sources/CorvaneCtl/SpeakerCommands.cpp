@@ -87,10 +87,7 @@ QJsonObject speakerJson(Session& session, const MeetingListItem& meeting, const 
     QJsonObject json{{QStringLiteral("meeting"), meeting.id}};
     json.insert(QStringLiteral("label"), label);
     json.insert(QStringLiteral("name"), result ? textOrNull(speakerName(*result, label)) : QJsonValue());
-    const auto& links = session.model().speakerReview().speakerProfileAssignments();
-    const auto link = links.find(label);
-    json.insert(QStringLiteral("profile"),
-                link == links.end() ? QJsonValue() : QJsonValue(uuidText(link->second.profileID)));
+    json.insert(QStringLiteral("profile"), result ? profileOf(*result, label) : QJsonValue());
     return json;
 }
 

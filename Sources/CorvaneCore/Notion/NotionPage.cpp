@@ -3,6 +3,7 @@
 #include "CorvaneContract/Transcripts/TranscriptText.h"
 #include "CorvaneCore/Notion/NotionError.h"
 #include "CorvaneCore/Notion/NotionText.h"
+#include "CorvaneCore/Transcripts/SpeakerReview.h"
 
 #include <QStringList>
 
@@ -58,13 +59,6 @@ void appendParagraphs(QJsonArray& blocks, const QString& text) {
         blocks.append(paragraph(piece));
 }
 
-// A label's name or, without one of more than blanks, the label itself.
-QString displayName(const SpeakerNames& names, const QString& label) {
-    const auto found = names.find(label);
-    const QString name = found == names.end() ? QString() : found->second.trimmed();
-    return name.isEmpty() ? label : name;
-}
-
 SpeakerNames merged(const SpeakerNames& preferred, const SpeakerNames& others) {
     SpeakerNames names = preferred;
     names.insert(others.begin(), others.end());
@@ -78,7 +72,7 @@ std::vector<QString> participantNames(const TranscriptResult& result, const Spea
     std::vector<QString> participants;
     std::set<QString> seen;
     for (const TranscriptSpeaker& speaker : result.speakers) {
-        const QString name = displayName(names, speaker.speaker).trimmed();
+        const QString name = displayName(speaker.speaker, names).trimmed();
         if (!name.isEmpty() && seen.insert(name.toLower()).second)
             participants.push_back(name);
     }
@@ -119,7 +113,7 @@ QJsonArray meetingBlocks(const QString& meetingID, const TranscriptResult& resul
     const SpeakerNames names = merged(speakerNames, result.speakerNames);
     for (const TranscriptSegmentGroup& group : groupedSegments(result.segments)) {
         const QString time = QLatin1Char('[') + timestampPlain(group.start) + QStringLiteral("] ");
-        appendParagraphs(blocks, time + displayName(names, group.speaker) + QStringLiteral(": ") + group.text);
+        appendParagraphs(blocks, time + displayName(group.speaker, names) + QStringLiteral(": ") + group.text);
     }
     return blocks;
 }

@@ -10,17 +10,16 @@
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
 #include "Support/Fakes/InMemoryUserDefaults.h"
+#include "Support/MainLoop.h"
 #include "Support/PrintQt.h"
 
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFuture>
 
 #include <memory>
-#include <stdexcept>
 
 namespace corvane {
 
@@ -65,17 +64,11 @@ public:
     // Runs the main loop until the condition holds; false if it never did.
     template<typename Condition>
     static bool until(Condition condition) {
-        QElapsedTimer watchdog;
-        watchdog.start();
-        while (!condition() && watchdog.elapsed() < 60'000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-        return condition();
+        return loopUntil(condition);
     }
     template<typename T>
     static T resultOf(QFuture<T> future) {
-        if (!until([&future] { return future.isFinished(); }))
-            throw std::runtime_error("an operation of the model did not end");
-        return future.result();
+        return loopedResult(future);
     }
 
 private:
