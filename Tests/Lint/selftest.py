@@ -89,6 +89,17 @@ class Lint(unittest.TestCase):
                 self.modules(expected, sound + line + "\n")
         self.modules("Nothing was checked", "")
 
+    def test_symbols(self):
+        svg = '<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {}">{}</svg>\n'
+        for size, shapes, expected in (("24 24", '<path d="M4 4 H20" stroke="#000"/>', None),
+                                       ("32 32", "", "the view box is not 0 0 24 24"),
+                                       ("24 24", "<mask/>", "<mask> is not among the plain shapes"),
+                                       ("24 24", '<circle r="4" fill="#fff"/>', "#fff is neither #000 nor none"),
+                                       ("24 24", "<path>", "is not XML")):
+            with self.subTest(expected=expected):
+                self.write("Sources/CorvaneApp/Views/Icons/a.svg", svg.format(size, shapes))
+                self.finds(expected, "symbols")
+
     def test_single_files(self):
         self.write("../commands.json", "[]")
         self.write(".clang-format", "BasedOnStyle: LLVM\n")
