@@ -3,10 +3,13 @@
 #include "CorvaneApp/Composition/LinuxServices.h"
 #include "CorvaneApp/Composition/TerminationSignals.h"
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneApp/Views/Window/DashboardWindowController.h"
 #include "CorvaneContract/Process/Locale.h"
 #include "CorvaneCore/Services/DebugCommand.h"
+#include "CorvanePlatform/Null/FixedDesktopPreferences.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QStandardPaths>
 
 #include <iostream>
 
@@ -19,16 +22,24 @@ QStringList argumentList(int count, char** values) {
     return arguments;
 }
 
+// Where the window's size is kept; it is no setting, and losing it costs nothing.
+QString windowStateFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/Corvane/window.ini");
+}
+
 int runApplication(int& argc, char** argv, const corvane::AppPaths& paths, corvane::AppServices services) {
     QCoreApplication::setApplicationName(QStringLiteral("Corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
-    QCoreApplication application(argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
     const corvane::TerminationSignals signals;
     QObject::connect(&signals, &corvane::TerminationSignals::received, &application, &QCoreApplication::quit);
-    const corvane::AppModel model(paths, std::move(services));
-    std::cerr << "corvane: this build has no window yet; corvanectl imports, processes, lists and shows meetings, "
-                 "see `corvanectl --help`"
-              << std::endl;
+    const auto clock = services.clock;
+    corvane::AppModel model(paths, std::move(services));
+    corvane::DashboardWindowController window(model, clock, std::make_shared<corvane::FixedDesktopPreferences>(),
+                                              windowStateFile());
+    window.show();
     return QCoreApplication::exec();
 }
 

@@ -75,6 +75,8 @@ public:
     bool renameSelectedRun(const QString& text);
     bool deleteMeeting(const MeetingListItem& meeting, bool deleteAudio);
     void openLastRun();
+    void openMeetingFolder(const MeetingListItem& meeting);
+    void openLocalData();
     // Writes the observable settings into the record of the meeting that is shown. Failures are ignored.
     void persistCurrentMeetingSettings();
 

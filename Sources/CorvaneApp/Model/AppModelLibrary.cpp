@@ -206,6 +206,14 @@ void AppModel::openLastRun() {
     m_services.workspace->open(m_detail.lastRunDirectory().value_or(m_paths.root));
 }
 
+void AppModel::openMeetingFolder(const MeetingListItem& meeting) {
+    m_services.workspace->open(meeting.latestRun);
+}
+
+void AppModel::openLocalData() {
+    m_services.workspace->open(m_paths.root);
+}
+
 void AppModel::persistCurrentMeetingSettings() {
     try {
         const auto meeting = selectedMeeting();

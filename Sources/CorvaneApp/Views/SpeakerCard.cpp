@@ -1,5 +1,6 @@
 #include "CorvaneApp/Views/SpeakerCard.h"
 
+#include "CorvaneApp/Views/PanelText.h"
 #include "CorvaneCore/Transcripts/SpeakerReview.h"
 
 namespace corvane {
@@ -11,33 +12,38 @@ PanelButton playButton(const TranscriptSpeaker& speaker, const SpeakerCardsState
     PanelButton button;
     button.iconName = isPlaying ? QStringLiteral("pause.circle.fill") : QStringLiteral("play.circle");
     button.accessibilityLabel =
-        (isPlaying ? QStringLiteral("Pause examples for ") : QStringLiteral("Play examples for ")) + speaker.speaker;
+        (isPlaying ? PanelText::tr("Pause examples for %1") : PanelText::tr("Play examples for %1"))
+            .arg(speaker.speaker);
     button.isEnabled = state.hasAudio && !speaker.examples.empty();
     return button;
 }
 
 SpeakerLinkRow identifiedRow(const SpeakerProfileAssignment& assignment) {
     PanelButton remove;
+    remove.action = static_cast<int>(SpeakerAction::removeProfileTag);
     remove.iconName = QStringLiteral("xmark.circle.fill");
-    remove.helpText = QStringLiteral("Remove profile tag");
+    remove.helpText = PanelText::tr("Remove profile tag");
     return {.state = SpeakerLinkRow::State::identified,
             .iconName = QStringLiteral("person.crop.circle.badge.checkmark"),
-            .text = QStringLiteral("Identified as ") + assignment.displayName,
+            .text = PanelText::tr("Identified as %1").arg(assignment.displayName),
             .buttons = {remove},
             .suggestion = std::nullopt};
 }
 
 SpeakerLinkRow suggestedRow(const SpeakerProfileMatchSuggestion& suggestion, const QLocale& locale) {
     PanelButton accept;
-    accept.text = QStringLiteral("Accept");
+    accept.action = static_cast<int>(SpeakerAction::acceptSuggestion);
+    accept.text = PanelText::tr("Accept");
     PanelButton reject;
-    reject.text = QStringLiteral("Reject");
-    return {.state = SpeakerLinkRow::State::suggested,
-            .iconName = QStringLiteral("person.crop.circle.badge.questionmark"),
-            .text = QStringLiteral("Suggested ") + suggestion.displayName + QStringLiteral(" · ") +
-                    locale.toString(suggestion.score, 'f', 2),
-            .buttons = {accept, reject},
-            .suggestion = suggestion};
+    reject.action = static_cast<int>(SpeakerAction::rejectSuggestion);
+    reject.text = PanelText::tr("Reject");
+    return {
+        .state = SpeakerLinkRow::State::suggested,
+        .iconName = QStringLiteral("person.crop.circle.badge.questionmark"),
+        .text =
+            PanelText::tr("Suggested %1 · %2").arg(suggestion.displayName, locale.toString(suggestion.score, 'f', 2)),
+        .buttons = {accept, reject},
+        .suggestion = suggestion};
 }
 
 SpeakerLinkRow linkRow(const QString& speaker, const SpeakerCardsState& state) {
@@ -52,14 +58,14 @@ std::optional<SpeakerNameRow> nameRow(const QString& speaker, const SpeakerCards
     if (state.speakerProfileAssignments.contains(speaker))
         return std::nullopt;
     SpeakerNameRow row;
-    row.label = QStringLiteral("Name");
-    row.placeholder = QStringLiteral("Add speaker name");
+    row.label = PanelText::tr("Name");
+    row.placeholder = PanelText::tr("Add speaker name");
     const auto name = state.speakerMappings.find(speaker);
     if (name != state.speakerMappings.end())
         row.text = name->second;
-    row.profileMenu.text = QStringLiteral("Profiles");
+    row.profileMenu.text = PanelText::tr("Profiles");
     row.profileMenu.iconName = QStringLiteral("person.crop.circle.badge.plus");
-    row.profileMenu.helpText = QStringLiteral("Create or attach a voice profile");
+    row.profileMenu.helpText = PanelText::tr("Create or attach a voice profile");
     row.profileMenu.isEnabled = state.isRunShown && !state.isUpdatingVoiceProfile;
     return row;
 }
@@ -69,7 +75,7 @@ std::optional<SpeakerContextSection> contextSection(const QString& speaker, cons
     if (!context)
         return std::nullopt;
     SpeakerContextSection section;
-    section.title = context->shortLabel.isEmpty() ? QStringLiteral("Speaker context") : context->shortLabel;
+    section.title = context->shortLabel.isEmpty() ? PanelText::tr("Speaker context") : context->shortLabel;
     for (const QString& text : {context->shortLabel, context->context}) {
         if (!text.isEmpty())
             section.texts.push_back(text);
@@ -121,7 +127,7 @@ QString speakerSummary(const TranscriptResult& result) {
 
 std::vector<ProfileMenuItem> profileMenuItems(const std::vector<SpeakerProfileSummary>& profiles) {
     std::vector<ProfileMenuItem> items{{.kind = ProfileMenuItem::Kind::createProfile,
-                                        .title = QStringLiteral("Create Profile From This Voice"),
+                                        .title = PanelText::tr("Create Profile From This Voice"),
                                         .isEnabled = true,
                                         .profile = std::nullopt}};
     if (!profiles.empty())

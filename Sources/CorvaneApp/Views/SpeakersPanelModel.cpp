@@ -1,11 +1,17 @@
 #include "CorvaneApp/Views/SpeakersPanelModel.h"
 
+#include "CorvaneApp/Views/PanelText.h"
+
 #include <utility>
 
 namespace corvane {
 
 SpeakersPanelModel::SpeakersPanelModel(CreateProfile createProfile, QObject* parent)
     : QObject(parent), m_createProfile(std::move(createProfile)) {}
+
+QString SpeakersPanelModel::title() {
+    return PanelText::tr("Speakers");
+}
 
 void SpeakersPanelModel::openSpeakerContext(const QString& speaker) {
     if (m_expanded.insert(speaker).second)
@@ -27,12 +33,12 @@ bool SpeakersPanelModel::canCreate() const {
 
 ProfileCreationDialog SpeakersPanelModel::profileCreationDialog() const {
     ProfileCreationDialog dialog;
-    dialog.title = QStringLiteral("Create Speaker Profile");
-    dialog.fieldLabel = QStringLiteral("Display name");
-    dialog.message = QStringLiteral("Choose the normalized display name for this voice profile.");
-    dialog.createButton.text = QStringLiteral("Create");
+    dialog.title = PanelText::tr("Create Speaker Profile");
+    dialog.fieldLabel = PanelText::tr("Display name");
+    dialog.message = PanelText::tr("Choose the normalized display name for this voice profile.");
+    dialog.createButton.text = PanelText::tr("Create");
     dialog.createButton.isEnabled = canCreate();
-    dialog.cancelButton.text = QStringLiteral("Cancel");
+    dialog.cancelButton.text = PanelText::tr("Cancel");
     return dialog;
 }
 

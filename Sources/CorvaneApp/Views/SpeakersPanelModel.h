@@ -15,6 +15,14 @@ namespace corvane {
 
 // The words of the dialog. Its text field is `speakerProfileDisplayName`.
 struct ProfileCreationDialog {
+    Q_GADGET
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString fieldLabel MEMBER fieldLabel)
+    Q_PROPERTY(QString message MEMBER message)
+    Q_PROPERTY(corvane::PanelButton createButton MEMBER createButton)
+    Q_PROPERTY(corvane::PanelButton cancelButton MEMBER cancelButton)
+
+public:
     QString title;
     QString fieldLabel;
     QString message;
@@ -29,6 +37,7 @@ class SpeakersPanelModel final : public QObject {
     Q_PROPERTY(QString speakerProfileDisplayName READ speakerProfileDisplayName WRITE setSpeakerProfileDisplayName
                    NOTIFY speakerProfileDisplayNameChanged)
     Q_PROPERTY(bool canCreate READ canCreate NOTIFY canCreateChanged)
+    Q_PROPERTY(corvane::ProfileCreationDialog dialog READ profileCreationDialog CONSTANT)
 
 public:
     // Takes the speaker's label and the name as it was typed.
@@ -36,10 +45,13 @@ public:
 
     explicit SpeakersPanelModel(CreateProfile createProfile, QObject* parent = nullptr);
 
-    [[nodiscard]] static QString title() { return QStringLiteral("Speakers"); }
+    [[nodiscard]] static QString title();
 
     // Labels. All contexts are closed at first.
     [[nodiscard]] const std::set<QString>& expandedSpeakerContexts() const { return m_expanded; }
+    Q_INVOKABLE [[nodiscard]] bool isSpeakerContextOpen(const QString& speaker) const {
+        return m_expanded.contains(speaker);
+    }
     Q_INVOKABLE void openSpeakerContext(const QString& speaker);
     Q_INVOKABLE void closeSpeakerContext(const QString& speaker);
 

@@ -1,7 +1,8 @@
 #include "CorvaneApp/Views/TranscriptPanelModel.h"
 
-#include "CorvaneCore/Transcripts/SpeakerReview.h"
+#include "CorvaneApp/Views/PanelText.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -9,20 +10,78 @@ namespace corvane {
 
 using namespace std::chrono_literals;
 
-std::vector<TranscriptRow> transcriptRows(const TranscriptResult& result, const SpeakerNames& names,
-                                          MeetingAudio audio) {
-    std::vector<TranscriptRow> rows;
-    for (const TranscriptDisplayGroup& group : groupedTranscript(result.segments)) {
-        PanelButton button;
-        button.text = timestampText(group.start);
-        button.helpText = QStringLiteral("Play meeting from ") + button.text;
-        button.isEnabled = audio == MeetingAudio::present;
-        rows.push_back({.startSeconds = group.start,
-                        .timestampButton = std::move(button),
-                        .speakerName = displayName(group.speaker, names),
-                        .text = group.text});
+PanelButton timestampButton(const TranscriptDisplayGroup& turn, MeetingAudio audio) {
+    PanelButton button;
+    button.text = timestampText(turn.start);
+    button.helpText = PanelText::tr("Play meeting from %1").arg(button.text);
+    button.isEnabled = audio == MeetingAudio::present;
+    return button;
+}
+
+int TranscriptRowsModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_turns.size());
+}
+
+QVariant TranscriptRowsModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount({}))
+        return {};
+    const TranscriptDisplayGroup& turn = m_turns[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case startSeconds:
+        return turn.start;
+    case Role::timestampText:
+        return timestampButton(turn, m_audio).text;
+    case timestampHelp:
+        return timestampButton(turn, m_audio).helpText;
+    case canPlay:
+        return timestampButton(turn, m_audio).isEnabled;
+    case speakerName:
+        return displayName(turn.speaker, m_names);
+    case turnText:
+        return turn.text;
+    default:
+        return {};
     }
-    return rows;
+}
+
+QHash<int, QByteArray> TranscriptRowsModel::roleNames() const {
+    return {{startSeconds, "startSeconds"}, {Role::timestampText, "timestampText"}, {timestampHelp, "timestampHelp"},
+            {canPlay, "canPlay"},           {speakerName, "speakerName"},           {turnText, "turnText"}};
+}
+
+void TranscriptRowsModel::setTurns(std::vector<TranscriptDisplayGroup> turns) {
+    if (turns == m_turns)
+        return;
+    beginResetModel();
+    m_turns = std::move(turns);
+    m_turns.shrink_to_fit();
+    endResetModel();
+}
+
+void TranscriptRowsModel::setNames(SpeakerNames names) {
+    if (names == m_names)
+        return;
+    m_names = std::move(names);
+    changed({speakerName});
+}
+
+void TranscriptRowsModel::setAudio(MeetingAudio audio) {
+    if (audio == m_audio)
+        return;
+    m_audio = audio;
+    changed({canPlay});
+}
+
+int TranscriptRowsModel::rowAt(double seconds) const {
+    const auto next =
+        std::upper_bound(m_turns.begin(), m_turns.end(), seconds,
+                         [](double time, const TranscriptDisplayGroup& turn) { return time < turn.start; });
+    return static_cast<int>(std::distance(m_turns.begin(), next)) - 1;
+}
+
+void TranscriptRowsModel::changed(std::initializer_list<int> roles) {
+    if (!m_turns.empty())
+        Q_EMIT dataChanged(index(0), index(rowCount({}) - 1), roles);
 }
 
 TranscriptPanelModel::TranscriptPanelModel(PutOnClipboard putOnClipboard, QObject* parent)
@@ -32,15 +91,27 @@ TranscriptPanelModel::TranscriptPanelModel(PutOnClipboard putOnClipboard, QObjec
     connect(&m_copied, &QTimer::timeout, this, &TranscriptPanelModel::transcriptCopiedChanged);
 }
 
-void TranscriptPanelModel::show(TranscriptResult result, SpeakerNames names, MeetingAudio audio) {
-    m_rows = transcriptRows(result, names, audio);
-    m_result = std::move(result);
-    m_names = std::move(names);
-    Q_EMIT rowsChanged();
+QString TranscriptPanelModel::title() {
+    return PanelText::tr("Transcript");
+}
+
+void TranscriptPanelModel::showResult(const TranscriptResult& result) {
+    m_rows.setTurns(groupedTranscript(result.segments));
+    setCanCopy(!result.segments.empty());
+}
+
+void TranscriptPanelModel::clear() {
+    m_rows.setTurns({});
+    setCanCopy(false);
+    setPlayedRow(-1);
+}
+
+void TranscriptPanelModel::showPlayed(double seconds) {
+    setPlayedRow(seconds < 0 ? -1 : m_rows.rowAt(seconds));
 }
 
 void TranscriptPanelModel::copyTranscript() {
-    const QString text = transcriptClipboardText(m_result, m_names);
+    const QString text = transcriptClipboardText(m_rows.turns(), m_rows.names());
     if (text.isEmpty())
         return;
     m_putOnClipboard(text);
@@ -55,7 +126,21 @@ QString TranscriptPanelModel::copyIconName() const {
 }
 
 QString TranscriptPanelModel::copyAccessibilityLabel() const {
-    return transcriptCopied() ? QStringLiteral("Transcript copied") : QStringLiteral("Copy transcript");
+    return transcriptCopied() ? PanelText::tr("Transcript copied") : PanelText::tr("Copy transcript");
+}
+
+void TranscriptPanelModel::setCanCopy(bool can) {
+    if (m_canCopy == can)
+        return;
+    m_canCopy = can;
+    Q_EMIT canCopyChanged();
+}
+
+void TranscriptPanelModel::setPlayedRow(int row) {
+    if (m_playedRow == row)
+        return;
+    m_playedRow = row;
+    Q_EMIT playedRowChanged();
 }
 
 } // namespace corvane

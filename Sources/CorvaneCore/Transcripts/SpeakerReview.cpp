@@ -77,9 +77,10 @@ std::vector<QString> deduplicatedNotableLines(const TranscriptSpeakerContext& co
     return lines;
 }
 
-QString transcriptClipboardText(const TranscriptResult& result, const SpeakerNames& names) {
+QString transcriptClipboardText(const std::vector<TranscriptDisplayGroup>& turns, const SpeakerNames& names) {
     QStringList lines;
-    for (const TranscriptDisplayGroup& group : groupedTranscript(result.segments))
+    lines.reserve(static_cast<qsizetype>(turns.size()));
+    for (const TranscriptDisplayGroup& group : turns)
         lines.append(QLatin1Char('[') + timestampText(group.start) + QStringLiteral("] ") +
                      displayName(group.speaker, names) + QStringLiteral(": ") + group.text);
     return lines.join(QLatin1Char('\n'));

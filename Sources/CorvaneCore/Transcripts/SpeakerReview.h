@@ -42,7 +42,8 @@ groupedTranscript(const std::vector<TranscriptSegment>& segments) {
 }
 
 // A line "[HH:MM:SS] name: text" per turn, with no line feed behind the last. Empty if nothing was said.
-[[nodiscard]] QString transcriptClipboardText(const TranscriptResult& result, const SpeakerNames& names);
+[[nodiscard]] QString transcriptClipboardText(const std::vector<TranscriptDisplayGroup>& turns,
+                                              const SpeakerNames& names);
 
 // The excerpts by which a voice is heard, in this order: the five earliest that have any length.
 [[nodiscard]] std::vector<TranscriptExample> playableExamples(std::vector<TranscriptExample> examples);

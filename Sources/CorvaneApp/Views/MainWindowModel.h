@@ -1,0 +1,41 @@
+// What the main window shows: the page beside the sidebar, and whether the setup wizard stands over it. Owned by the
+// window's controller, on the main thread.
+#pragma once
+
+#include "CorvaneApp/Views/MeetingDetailModel.h"
+#include "CorvaneApp/Views/SidebarModel.h"
+
+#include <QUrl>
+
+namespace corvane {
+
+class MainWindowModel final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString page READ page NOTIFY pageChanged)
+    Q_PROPERTY(corvane::SidebarModel* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(corvane::MeetingDetailModel* detail READ detail CONSTANT)
+
+public:
+    // Borrows model and clock, which outlive it.
+    MainWindowModel(AppModel& model, const Clock& clock, TranscriptPanelModel::PutOnClipboard putOnClipboard,
+                    QObject* parent = nullptr);
+
+    // "meeting", "speakerProfiles" or "settings".
+    [[nodiscard]] QString page() const;
+    [[nodiscard]] SidebarModel* sidebar() { return &m_sidebar; }
+    [[nodiscard]] MeetingDetailModel* detail() { return &m_detail; }
+
+    // Files that were dropped on the window; what is no file of this machine is passed over.
+    Q_INVOKABLE void importDropped(const QList<QUrl>& files);
+
+Q_SIGNALS:
+    void pageChanged();
+
+private:
+    AppModel& m_model;
+    SidebarModel m_sidebar;
+    MeetingDetailModel m_detail;
+    QTimer m_refreshSidebar;
+};
+
+} // namespace corvane

@@ -1,0 +1,82 @@
+// A button with words, a symbol, or both.
+import QtQuick
+import QtQuick.Templates as T
+
+T.Button {
+    id: control
+
+    property string symbolName
+    property string helpText
+    property string accessibleName
+    property bool isProminent: false
+    property bool isDestructive: false
+    property bool isBare: false // no frame: for buttons in a text or a header
+    property color tone: isDestructive ? Theme.negative : Theme.text
+
+    readonly property color fill: isDestructive ? Theme.negative : Theme.accent
+    readonly property color content: isProminent ? (isDestructive ? Theme.onNegative : Theme.onAccent) : tone
+
+    implicitHeight: Theme.controlHeight
+    implicitWidth: Math.max(implicitHeight, row.implicitWidth + leftPadding + rightPadding)
+    leftPadding: text === "" ? Theme.small : Theme.medium
+    rightPadding: leftPadding
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    opacity: enabled ? 1 : Theme.disabledOpacity
+
+    Accessible.role: Accessible.Button
+    Accessible.name: accessibleName !== "" ? accessibleName : (text !== "" ? text : helpText)
+    Accessible.description: helpText
+    Accessible.focusable: true
+    Accessible.onPressAction: control.clicked()
+
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
+
+    contentItem: Item {
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: Theme.small
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: control.symbolName !== ""
+                name: control.symbolName
+                color: control.content
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: control.text !== ""
+                text: control.text
+                color: control.content
+                font.pixelSize: Theme.bodySize
+                font.weight: control.isProminent ? Font.DemiBold : Font.Medium
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.smallRadius
+        color: control.isProminent ? control.fill : (control.isBare ? "transparent" : Theme.surface)
+        border.width: control.isProminent || control.isBare ? 0 : Theme.hair
+        border.color: control.isDestructive ? Theme.negative : Theme.line
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: Theme.tint(control.isProminent ? Theme.onAccent : Theme.secondary, control.down ? Theme.pressOpacity : Theme.hoverOpacity)
+            visible: control.enabled && (control.hovered || control.down)
+        }
+        FocusRing {
+            control: control
+        }
+    }
+
+    ToolTipText {
+        shown: control.hovered || control.visualFocus
+        text: control.helpText
+    }
+}

@@ -1,0 +1,13 @@
+// A text that is read, not edited.
+import QtQuick
+
+Text {
+    color: Theme.text
+    font.pixelSize: Theme.bodySize
+    linkColor: Theme.accent
+    wrapMode: Text.Wrap
+    textFormat: Text.PlainText
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+    Accessible.ignored: text === ""
+}

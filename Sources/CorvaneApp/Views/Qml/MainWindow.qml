@@ -1,0 +1,100 @@
+// The main window: the sidebar, and beside it the page that is selected there.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+T.ApplicationWindow {
+    id: window
+
+    required property var app // MainWindowModel
+    required property var preferences // Appearance
+
+    title: "Corvane"
+    width: 980
+    height: 720
+    minimumWidth: 900
+    minimumHeight: 620
+    color: Theme.window
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
+
+    Binding {
+        target: Theme
+        property: "isDark"
+        value: window.preferences.isDark
+    }
+    Binding {
+        target: Theme
+        property: "isMotionReduced"
+        value: window.preferences.isMotionReduced
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Sidebar {
+            id: sidebar
+
+            Layout.fillHeight: true
+            Layout.preferredWidth: window.preferences.sidebarWidth
+            Layout.minimumWidth: 240
+            Layout.maximumWidth: 360
+            sidebar: window.app.sidebar
+            onRenameRequested: detail.editTitle()
+        }
+        Rectangle {
+            Layout.fillHeight: true
+            implicitWidth: Theme.hair
+            color: Theme.line
+
+            MouseArea {
+                id: divider
+
+                property real grabbedAt
+
+                anchors.fill: parent
+                anchors.leftMargin: -4
+                anchors.rightMargin: -4
+                cursorShape: Qt.SplitHCursor
+                preventStealing: true
+                onPressed: mouse => grabbedAt = mouse.x
+                onPositionChanged: mouse => {
+                    const moved = (mouse.x - grabbedAt) * (window.LayoutMirroring.enabled ? -1 : 1)
+                    window.preferences.sidebarWidth = Math.max(240, Math.min(360, sidebar.width + moved))
+                }
+            }
+        }
+        Item {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            MeetingDetail {
+                id: detail
+
+                anchors.fill: parent
+                detail: window.app.detail
+                visible: window.app.page === "meeting"
+            }
+        }
+    }
+
+    DropArea {
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onDropped: drop => {
+            window.app.importDropped(drop.urls)
+            drop.accept(Qt.CopyAction)
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: Theme.small
+            visible: parent.containsDrag
+            radius: Theme.largeRadius
+            color: Theme.tint(Theme.accent, Theme.hoverOpacity)
+            border.width: 2
+            border.color: Theme.accent
+        }
+    }
+}

@@ -1,0 +1,112 @@
+// The shown meeting: its panels in one column with the transcript, and the controls that float at the bottom. One list,
+// so that of a transcript of thousands of turns only what is on screen exists.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Dialogs
+import QtQuick.Templates as T
+
+FocusScope {
+    id: root
+
+    required property var detail // MeetingDetailModel
+
+    function editTitle() {
+        if (list.headerItem)
+            list.headerItem.editTitle()
+    }
+
+    ListView {
+        id: list
+
+        readonly property int side: Math.max(Theme.wide, (width - Theme.columnWidth) / 2)
+
+        anchors.fill: parent
+        anchors.bottomMargin: controls.height
+        clip: true
+        model: root.detail.transcript.rows
+        reuseItems: true
+        cacheBuffer: 400
+        spacing: 10
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.List
+        Accessible.name: root.detail.transcript.title
+        T.ScrollBar.vertical: ScrollLine {
+        }
+
+        header: MeetingHeader {
+            x: list.side
+            width: list.width - 2 * list.side
+            detail: root.detail
+        }
+        footer: Item {
+            implicitHeight: Theme.vast
+        }
+        delegate: TranscriptRow {
+            x: list.side
+            width: list.width - 2 * list.side
+            isPlayed: root.detail.transcript.playedRow === index
+            onPlayRequested: root.detail.playFrom(startSeconds)
+        }
+
+        Connections {
+            target: root.detail.transcript
+            function onPlayedRowChanged() {
+                const row = root.detail.transcript.playedRow
+                if (row >= 0 && !list.moving)
+                    list.positionViewAtIndex(row, ListView.Contain)
+            }
+        }
+    }
+
+    FloatingControls {
+        id: controls
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        detail: root.detail
+    }
+
+    Toast {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: controls.top
+        anchors.bottomMargin: Theme.medium
+        maximumWidth: parent.width - 2 * Theme.wide
+        isShown: root.detail.isToastShown
+        message: root.detail.toastMessage
+        isError: root.detail.isToastError
+    }
+
+    FileDialog {
+        id: importDialog
+
+        title: qsTr("Import Audio")
+        onAccepted: root.detail.importChosen(selectedFile)
+    }
+    Connections {
+        target: root.detail
+        function onImportRequested() {
+            importDialog.open()
+        }
+    }
+
+    AlertDialog {
+        parent: T.Overlay.overlay
+        visible: root.detail.isAskingNotionReplacement
+        title: qsTr("Notion page already exists")
+        message: qsTr("A page for this meeting ID was found in the configured Notion database.")
+        answers: [
+            { text: qsTr("Replace"), isProminent: true },
+            { text: qsTr("Create New") },
+            { text: qsTr("Cancel") }
+        ]
+        onAnswered: index => {
+            if (index === 0)
+                root.detail.replaceNotionPage()
+            else if (index === 1)
+                root.detail.createNewNotionPage()
+            else
+                root.detail.dismissNotionReplacement()
+        }
+    }
+}

@@ -1,0 +1,131 @@
+// The meetings, and the two pages that belong to none.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+Rectangle {
+    id: root
+
+    required property var sidebar // SidebarModel
+    signal renameRequested
+
+    color: Theme.sidebar
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.margins: Theme.medium
+            Layout.leftMargin: Theme.large
+
+            Label {
+                Layout.fillWidth: true
+                text: qsTr("Meetings")
+                color: Theme.secondary
+                font.pixelSize: Theme.captionSize
+                font.weight: Font.DemiBold
+                font.capitalization: Font.AllUppercase
+                font.letterSpacing: 0.6
+                Accessible.role: Accessible.Heading
+            }
+            ActionButton {
+                symbolName: "arrow.clockwise"
+                helpText: qsTr("Refresh meetings")
+                isBare: true
+                onClicked: root.sidebar.reload()
+            }
+        }
+        ListView {
+            id: list
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            model: root.sidebar.meetings
+            reuseItems: true
+            activeFocusOnTab: true
+            keyNavigationEnabled: true
+            currentIndex: -1
+            boundsBehavior: Flickable.StopAtBounds
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Meetings")
+            T.ScrollBar.vertical: ScrollLine {
+            }
+
+            Keys.onReturnPressed: if (currentItem) currentItem.select()
+            Keys.onSpacePressed: if (currentItem) currentItem.select()
+            Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
+            Keys.onDeletePressed: if (currentItem) root.sidebar.deleteMeeting(currentItem.meetingID)
+
+            delegate: SidebarItemRow {
+                width: ListView.view.width
+                onPicked: root.sidebar.selectMeeting(meetingID)
+                onMenuWanted: (position) => menu.openFor(meetingID, position)
+            }
+        }
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: Theme.hair
+            color: Theme.line
+        }
+        Repeater {
+            model: root.sidebar.footerButtons
+
+            SidebarFooterRow {
+                required property var modelData
+
+                Layout.fillWidth: true
+                Layout.topMargin: Theme.tight
+                Layout.bottomMargin: Theme.tight
+                entry: modelData
+                onClicked: root.sidebar.selectFooterItem(modelData.item)
+            }
+        }
+    }
+
+    ContextMenu {
+        id: menu
+
+        property string meetingID
+
+        title: qsTr("Meeting")
+
+        function openFor(wanted, position) {
+            meetingID = wanted
+            const place = root.mapFromItem(null, position.x, position.y)
+            menu.popup(root, place.x, place.y)
+        }
+
+        ContextMenuItem {
+            text: qsTr("Rename")
+            onTriggered: {
+                root.sidebar.selectMeeting(menu.meetingID)
+                root.renameRequested()
+            }
+        }
+        ContextMenuItem {
+            text: qsTr("Show in Finder")
+            onTriggered: root.sidebar.showInFileManager(menu.meetingID)
+        }
+        ContextMenuItem {
+            text: qsTr("Delete")
+            symbolName: "trash"
+            isDestructive: true
+            onTriggered: root.sidebar.deleteMeeting(menu.meetingID)
+        }
+    }
+
+    AlertDialog {
+        parent: T.Overlay.overlay
+        visible: root.sidebar.isAskingDeletion
+        title: qsTr("Delete meeting?")
+        message: qsTr("This removes this meeting's processing runs and its local app recording when available.")
+        answers: [
+            { text: qsTr("Delete"), isProminent: true, isDestructive: true },
+            { text: qsTr("Cancel") }
+        ]
+        onAnswered: index => index === 0 ? root.sidebar.confirmDeletion() : root.sidebar.cancelDeletion()
+    }
+}

@@ -1,0 +1,91 @@
+#include "CorvaneApp/Views/Window/DashboardWindowController.h"
+
+#include "CorvaneApp/Views/MainWindowModel.h"
+#include "CorvaneApp/Views/Window/RenderBackend.h"
+#include "CorvaneApp/Views/Window/SymbolImageProvider.h"
+#include "CorvaneCore/Interfaces/Clock.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <iostream>
+
+// The views are part of a static library, whose resources the linker takes only if they are named.
+static void takeViews() {
+    Q_INIT_RESOURCE(qmlcache_CorvaneAppWindow);
+}
+
+namespace corvane {
+
+DashboardWindowController::DashboardWindowController(AppModel& model, std::shared_ptr<const Clock> clock,
+                                                     std::shared_ptr<DesktopPreferences> preferences, QString stateFile,
+                                                     QObject* parent)
+    : QObject(parent),
+      m_model(model),
+      m_clock(std::move(clock)),
+      m_appearance(std::move(preferences), std::move(stateFile)) {}
+
+DashboardWindowController::~DashboardWindowController() {
+    if (m_window)
+        m_window->removeEventFilter(this);
+    delete m_window.data();
+}
+
+bool DashboardWindowController::show() {
+    if (!m_window && !make())
+        return false;
+    if (m_appearance.isMaximized())
+        m_window->showMaximized();
+    else
+        m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+    return true;
+}
+
+bool DashboardWindowController::isShown() const {
+    return m_window && m_window->isVisible();
+}
+
+bool DashboardWindowController::make() {
+    takeViews();
+    chooseRenderBackend();
+    m_engine = std::make_unique<QQmlEngine>();
+    m_engine->addImportPath(QStringLiteral("qrc:/"));
+    m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider); // the engine owns it
+    m_windowModel = std::make_unique<MainWindowModel>(
+        m_model, *m_clock, [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
+
+    QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/MainWindow.qml")));
+    QObject* made = component.createWithInitialProperties(
+        {{QStringLiteral("app"), QVariant::fromValue<QObject*>(m_windowModel.get())},
+         {QStringLiteral("preferences"), QVariant::fromValue<QObject*>(&m_appearance)}});
+    m_window = qobject_cast<QQuickWindow*>(made);
+    if (!m_window) {
+        delete made;
+        std::cerr << "corvane: the window cannot be made: " << component.errorString().toStdString() << std::endl;
+        return false;
+    }
+    if (m_appearance.windowSize().isValid())
+        m_window->resize(m_appearance.windowSize().expandedTo(m_window->minimumSize()));
+    m_window->installEventFilter(this);
+    return true;
+}
+
+bool DashboardWindowController::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Close) {
+        QQuickWindow& window = *m_window;
+        m_appearance.rememberWindow(window.size(), window.visibility() == QWindow::Maximized);
+        event->accept();
+        window.hide();
+        Q_EMIT closed();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace corvane

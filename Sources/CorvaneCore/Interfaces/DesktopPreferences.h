@@ -1,0 +1,23 @@
+// What the user has set for the whole desktop and expects of every window. Main thread.
+#pragma once
+
+#include <QObject>
+
+namespace corvane {
+
+enum class ColorScheme { noPreference, light, dark };
+
+class DesktopPreferences : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] virtual ColorScheme colorScheme() const = 0;
+    [[nodiscard]] virtual bool isMotionReduced() const = 0;
+
+Q_SIGNALS:
+    void changed();
+};
+
+} // namespace corvane
