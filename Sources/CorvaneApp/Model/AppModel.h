@@ -229,7 +229,7 @@ private:
     void takeNotionDatabase(const NotionDatabaseInfo& database);
     void refreshSelectedNotionPageURL();
     // The steps of a sync, in this order.
-    void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const QString& token);
+    void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const Outcome<QString>& token);
     void findNotionPages(const std::shared_ptr<NotionSync>& sync, const NotionDatabaseInfo& database);
     void decideOnNotionPages(const std::shared_ptr<NotionSync>& sync);
     void archiveNextNotionPage(const std::shared_ptr<NotionSync>& sync);
