@@ -194,9 +194,10 @@ Command notionCommand() {
              .minimumOperands = 0,
              .maximumOperands = 3,
              .summary = QStringLiteral("publish a meeting to Notion"),
-             .description = QStringLiteral("Without ACTION, shows how it is set up.\n"
-                                           "token                 store an integration token, asked for or read from "
-                                           "standard input\n"
+             .description = QStringLiteral("Without ACTION, shows how it is set up: first token, then database. The manual page\n"
+                                           "tells where these come from.\n"
+                                           "token                 store the token of an integration, asked for or read "
+                                           "from standard input\n"
                                            "database URL          choose the database that meetings go into\n"
                                            "columns               list its columns\n"
                                            "map KIND COLUMN       the column for meeting-id, participants or summary\n"

@@ -121,7 +121,7 @@ std::optional<QString> readSecret(const QString& prompt) {
     if (ending == Ending::calledOff || secret.isEmpty())
         return std::nullopt;
     if (decoder.hasError() || !std::all_of(secret.begin(), secret.end(), [](QChar c) { return c.isPrint(); }))
-        throw CtlError(QStringLiteral("a token holds no such characters as were given"));
+        throw CtlError(QStringLiteral("that is no token: it holds control characters or is not valid UTF-8"));
     return secret;
 }
 

@@ -170,8 +170,17 @@ TEST_F(NotionTest, WhatKeepsAMeetingFromBeingPublishedIsTold) {
     EXPECT_FALSE(sync(model));
     EXPECT_THAT(status(model).toStdString(), testing::StartsWith("Notion sync failed: "));
     fixture.tokens->deleteNotionToken();
-    EXPECT_FALSE(sync(model));
+    auto refused = model.syncSelectedMeetingToNotion(WhenPageExists::ask);
+    EXPECT_TRUE(model.notion().isSyncingNotion()) << "no second press while the token is read";
+    EXPECT_FALSE(ModelFixture::resultOf(refused));
+    EXPECT_FALSE(model.notion().isSyncingNotion());
     EXPECT_EQ(toast(model), u"! Connect Notion first");
+    fixture.tokens->setFailure(TokenStoreError(3, u"Locked."_s));
+    EXPECT_FALSE(sync(model));
+    EXPECT_EQ(toast(model), u"! Failed to read Notion token: Locked.");
+    EXPECT_FALSE(ModelFixture::resultOf(model.fetchNotionDatabaseTitle()));
+    EXPECT_EQ(status(model), u"Failed to read Notion token: Locked.");
+    EXPECT_FALSE(model.notion().isFetchingNotionDatabase());
     QFile::remove(runFiles::in(data.run(u"one"_s), runFiles::result));
     model.refreshRun();
     EXPECT_FALSE(sync(model));

@@ -70,15 +70,12 @@ QNetworkReply* sendOver(QNetworkAccessManager& network, const HttpRequest& reque
     return reply;
 }
 
-// The library also takes for an error what is an answer of the server with a status that tells of failure, and a
-// redirect to nowhere. With a status of success it means what it says: the content could not be unpacked, for one.
+// The library also takes for an error what is an answer of the server with a status that tells of failure. With a
+// status of success it means what it says: the content could not be unpacked, for one.
 bool isAnswer(QNetworkReply::NetworkError error, int status) {
-    if (error == QNetworkReply::NoError)
-        return true;
-    if (error == QNetworkReply::ProtocolUnknownError)
-        return status >= 300 && status < 400;
-    return status >= 400 && error > QNetworkReply::UnknownProxyError && error != QNetworkReply::ProtocolFailure &&
-           error != QNetworkReply::ContentReSendError;
+    return error == QNetworkReply::NoError ||
+           (status >= 400 && error > QNetworkReply::UnknownProxyError && error != QNetworkReply::ProtocolFailure &&
+            error != QNetworkReply::ContentReSendError);
 }
 
 QString failureText(const QNetworkReply& reply) {
