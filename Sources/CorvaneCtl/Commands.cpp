@@ -194,15 +194,16 @@ Command notionCommand() {
              .minimumOperands = 0,
              .maximumOperands = 3,
              .summary = QStringLiteral("publish a meeting to Notion"),
-             .description = QStringLiteral("Without ACTION, shows how it is set up: first token, then database. The manual page\n"
-                                           "tells where these come from.\n"
-                                           "token                 store the token of an integration, asked for or read "
-                                           "from standard input\n"
-                                           "database URL          choose the database that meetings go into\n"
-                                           "columns               list its columns\n"
-                                           "map KIND COLUMN       the column for meeting-id, participants or summary\n"
-                                           "sync MEETING          publish a meeting; prints the page's address\n"
-                                           "open MEETING          open its page"),
+             .description =
+                 QStringLiteral("Without ACTION, shows how it is set up: first token, then database. The manual page\n"
+                                "tells where these come from.\n"
+                                "token                 store the token of an integration, asked for or read "
+                                "from standard input\n"
+                                "database URL          choose the database that meetings go into\n"
+                                "columns               list its columns\n"
+                                "map KIND COLUMN       the column for meeting-id, participants or summary\n"
+                                "sync MEETING          publish a meeting; prints the page's address\n"
+                                "open MEETING          open its page"),
              .options = {{QStringLiteral("remove"), {}, QStringLiteral("with token: forget it")},
                          {QStringLiteral("replace"), {}, QStringLiteral("with sync: archive earlier pages")},
                          {QStringLiteral("new"), {}, QStringLiteral("with sync: leave earlier pages alone")}}},
