@@ -237,11 +237,24 @@ Command statusCommand() {
             runStatus};
 }
 
+Command callsCommand() {
+    return {{.name = QStringLiteral("calls"),
+             .operands = QStringLiteral("watch"),
+             .minimumOperands = 1,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("show which calls are noticed"),
+             .description = QStringLiteral("Prints the call that is in front, by the application's own rules, whenever "
+                                           "that changes, until Ctrl-C:\nthe service, the title and the application. "
+                                           "It asks nothing and records nothing."),
+             .options = {{QStringLiteral("facts"), {}, QStringLiteral("also print what is in front, call or not")}}},
+            runCalls};
+}
+
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
-                                            importCommand(),     processCommand(), meetingsCommand(), showCommand(),
-                                            transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
-                                            profilesCommand(),   notionCommand(),  deleteCommand(),   statusCommand()};
+    static const std::vector<Command> table{
+        recordCommand(),   recoverCommand(), playCommand(),       devicesCommand(), importCommand(),  processCommand(),
+        meetingsCommand(), showCommand(),    transcriptCommand(), renameCommand(),  speakerCommand(), matchCommand(),
+        profilesCommand(), notionCommand(),  deleteCommand(),     statusCommand(),  callsCommand()};
     return table;
 }
 
