@@ -17,6 +17,7 @@ const QString objectPath = QStringLiteral("/org/freedesktop/Notifications");
 constexpr int expiryMilliseconds = 5000;
 // In the time that a service needs to start on demand it is not asked again.
 constexpr int replyMilliseconds = 20'000;
+constexpr int flushMilliseconds = 200;
 constexpr uchar criticalUrgency = 2;
 
 // Empty without a bus. Left to itself the library would start one, which nobody ends again.
@@ -68,9 +69,22 @@ NotificationService::NotificationService() {
 }
 
 NotificationService::~NotificationService() {
-    closeOnScreen();
-    if (m_bus)
-        QDBusConnection::disconnectFromBus(m_connectionName);
+    if (!m_bus)
+        return;
+    if (m_onScreen != 0) {
+        closeOnScreen();
+        flush();
+    }
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+// Disconnecting drops what has not been written yet, and a notification would be left behind. The bus answers only when
+// it has read all that came before.
+void NotificationService::flush() {
+    static_cast<void>(m_bus->call(
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")),
+        QDBus::Block, flushMilliseconds));
 }
 
 void NotificationService::show(const CallNoticeContent& content, CallNotices::AnswerHandler onAnswer) {

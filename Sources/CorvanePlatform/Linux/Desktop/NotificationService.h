@@ -1,5 +1,6 @@
 // The desktop's notification service as DesktopCallNotices needs it: one notification of ours at a time. Whatever the
-// service does not do, or does not answer, is left undone. Main thread; nothing here waits for the bus.
+// service does not do, or does not answer, is left undone. Main thread; nothing here waits for the bus, but
+// the destructor for the fifth of a second at most.
 #pragma once
 
 #include "CorvaneCore/Interfaces/CallNotice.h"
@@ -44,6 +45,7 @@ private:
     void notify(const QStringList& capabilities);
     void takeID(int number, uint id, const QString& server);
     void closeOnScreen();
+    void flush();
     void answer(CallNoticeAnswer answer);
     [[nodiscard]] bool isOnScreen(uint id, const QDBusMessage& message) const;
     // Calls the service and gives the reply, or nothing, to a function on the main loop.
