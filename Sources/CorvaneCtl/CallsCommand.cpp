@@ -49,7 +49,8 @@ QString callText(const std::optional<DetectedCall>& call) {
 QString factsText(const Facts& facts) {
     if (!facts)
         return QStringLiteral("nothing is in front, or the desktop does not tell\n");
-    return tableText({{QStringLiteral("application"), shown(facts->bundleIdentifier)},
+    return QStringLiteral("in front\n") +
+           tableText({{QStringLiteral("application"), shown(facts->bundleIdentifier)},
                       {QStringLiteral("name"), shown(facts->localizedName)},
                       {QStringLiteral("window"), shown(facts->windowTitle)},
                       {QStringLiteral("tab"), facts->activeTab ? QStringLiteral("read") : QStringLiteral("not read")}});
@@ -86,7 +87,7 @@ private:
         if (m_session.wantsJson() && (newFacts || newCall))
             printJson(wantsFacts);
         else if (newFacts)
-            print(QStringLiteral("in front\n") + factsText(m_facts));
+            print(factsText(m_facts));
         if (newCall && !m_session.wantsJson())
             print(callText(m_call));
         if (m_session.terminal().hasLostOutput())

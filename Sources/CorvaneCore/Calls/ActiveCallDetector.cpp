@@ -13,9 +13,9 @@ namespace {
 enum class Subdomains { no, yes };
 
 struct WebHost {
-    CallProvider provider;
+    CallProvider provider{};
     QLatin1String host;
-    Subdomains subdomains; // whether these are the service too
+    Subdomains subdomains = Subdomains::no; // whether these are the service too
 };
 
 constexpr WebHost webHosts[] = {
