@@ -194,14 +194,16 @@ Command notionCommand() {
              .minimumOperands = 0,
              .maximumOperands = 3,
              .summary = QStringLiteral("publish a meeting to Notion"),
-             .description = QStringLiteral("Without ACTION, shows how it is set up.\n"
-                                           "token                 store an integration token, asked for or read from "
-                                           "standard input\n"
-                                           "database URL          choose the database that meetings go into\n"
-                                           "columns               list its columns\n"
-                                           "map KIND COLUMN       the column for meeting-id, participants or summary\n"
-                                           "sync MEETING          publish a meeting; prints the page's address\n"
-                                           "open MEETING          open its page"),
+             .description =
+                 QStringLiteral("Without ACTION, shows how it is set up: first token, then database. The manual page\n"
+                                "tells where these come from.\n"
+                                "token                 store the token of an integration, asked for or read "
+                                "from standard input\n"
+                                "database URL          choose the database that meetings go into\n"
+                                "columns               list its columns\n"
+                                "map KIND COLUMN       the column for meeting-id, participants or summary\n"
+                                "sync MEETING          publish a meeting; prints the page's address\n"
+                                "open MEETING          open its page"),
              .options = {{QStringLiteral("remove"), {}, QStringLiteral("with token: forget it")},
                          {QStringLiteral("replace"), {}, QStringLiteral("with sync: archive earlier pages")},
                          {QStringLiteral("new"), {}, QStringLiteral("with sync: leave earlier pages alone")}}},
@@ -235,11 +237,24 @@ Command statusCommand() {
             runStatus};
 }
 
+Command callsCommand() {
+    return {{.name = QStringLiteral("calls"),
+             .operands = QStringLiteral("watch"),
+             .minimumOperands = 1,
+             .maximumOperands = 1,
+             .summary = QStringLiteral("show which calls are noticed"),
+             .description = QStringLiteral("Prints the call that is in front, by the application's own rules, whenever "
+                                           "that changes, until Ctrl-C:\nthe service, the title and the application. "
+                                           "It asks nothing and records nothing."),
+             .options = {{QStringLiteral("facts"), {}, QStringLiteral("also print what is in front, call or not")}}},
+            runCalls};
+}
+
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
-                                            importCommand(),     processCommand(), meetingsCommand(), showCommand(),
-                                            transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
-                                            profilesCommand(),   notionCommand(),  deleteCommand(),   statusCommand()};
+    static const std::vector<Command> table{
+        recordCommand(),   recoverCommand(), playCommand(),       devicesCommand(), importCommand(),  processCommand(),
+        meetingsCommand(), showCommand(),    transcriptCommand(), renameCommand(),  speakerCommand(), matchCommand(),
+        profilesCommand(), notionCommand(),  deleteCommand(),     statusCommand(),  callsCommand()};
     return table;
 }
 

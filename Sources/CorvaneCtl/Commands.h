@@ -27,6 +27,7 @@ class Session;
 [[nodiscard]] ExitStatus runProfiles(Session& session);   // ProfilesCommand.cpp
 [[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
 [[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp
+[[nodiscard]] ExitStatus runCalls(Session& session);      // CallsCommand.cpp
 
 [[nodiscard]] const std::vector<CommandForm>& commandForms();
 

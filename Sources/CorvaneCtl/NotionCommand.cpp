@@ -107,7 +107,8 @@ ExitStatus map(Session& session) {
 QString pendingText(const std::vector<NotionPageMatch>& pages) {
     QString text = QStringLiteral("Notion page already exists; --replace archives it, --new leaves it:");
     for (const NotionPageMatch& page : pages)
-        text += QStringLiteral("\n  %1  %2").arg(visibleText(page.title), visibleText(page.url));
+        text += QStringLiteral("\n  %1  %2")
+                    .arg(visibleText(page.title), visibleText(page.url.isEmpty() ? notionPageURL(page.id) : page.url));
     return text;
 }
 
@@ -119,9 +120,11 @@ ExitStatus sync(Session& session) {
         throw UsageError(QStringLiteral("--replace and --new exclude each other"));
     session.select(given[0]);
     AppModel& model = session.model();
+    session.terminal().showLine(QStringLiteral("Syncing to Notion"));
     const bool done = session.wait(model.syncSelectedMeetingToNotion(replaces     ? AppModel::WhenPageExists::replace
                                                                      : createsNew ? AppModel::WhenPageExists::createNew
                                                                                   : AppModel::WhenPageExists::ask));
+    session.terminal().clearProgress();
     if (!model.notion().pendingNotionReplacementPages().empty())
         throw CtlError(pendingText(model.notion().pendingNotionReplacementPages()));
     requireDone(session, done);

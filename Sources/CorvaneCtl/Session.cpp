@@ -71,6 +71,10 @@ void Session::printJson(const QJsonArray& array) {
     m_terminal.print(safeJson(prettyJson(array)));
 }
 
+void Session::printJsonLine(const QJsonObject& object) {
+    m_terminal.print(safeJson(compactJson(object) + '\n'));
+}
+
 void Session::runLoop(const std::function<void(QEventLoop&)>& start, const std::function<void()>& onInterrupt) {
     watchSignals();
     throwIfInterrupted();

@@ -39,6 +39,7 @@ public:
 
     void printJson(const QJsonObject& object);
     void printJson(const QJsonArray& array);
+    void printJsonLine(const QJsonObject& object); // of a stream of them
 
     // Runs the event loop until `future` has finished and gives its result. Throws Interrupted when a signal comes
     // first. With `onInterrupt`, which answers the first signal, the wait then goes on to the work's end or a second

@@ -45,6 +45,8 @@ public:
     // Asks on standard error, reads a line from standard input. True for "y" and "yes" alone.
     [[nodiscard]] bool confirm(const QString& question);
 
+    // Whether standard output takes nothing more, for a command that prints for ever.
+    [[nodiscard]] bool hasLostOutput() const { return m_outputError != 0; }
     // The exit status in view of what became of the output: `status`, or a complaint and a failure if some of it was
     // lost. A reader who has gone away ends the program in the customary way, by SIGPIPE.
     [[nodiscard]] int finish(int status);

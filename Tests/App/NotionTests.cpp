@@ -136,9 +136,10 @@ TEST_F(NotionTest, WhatIsPublishedIsWhatWasOnScreen) {
     model.renameSelectedRun(u"First meeting"_s);
     http->hold();
     auto done = model.syncSelectedMeetingToNotion(WhenPageExists::ask);
-    EXPECT_TRUE(ModelFixture::until([&] { return model.notion().isSyncingNotion(); }));
-    EXPECT_EQ(status(model), u"Syncing to Notion");
+    EXPECT_TRUE(ModelFixture::until([&] { return status(model) == u"Syncing to Notion"; }));
+    EXPECT_TRUE(model.notion().isSyncingNotion());
     select(model, "two");
+    EXPECT_TRUE(model.deleteMeeting(listed(model, "one"), false));
     http->release();
     EXPECT_TRUE(ModelFixture::resultOf(done));
     ASSERT_EQ(service.pages.size(), 1U);
@@ -170,8 +171,18 @@ TEST_F(NotionTest, WhatKeepsAMeetingFromBeingPublishedIsTold) {
     EXPECT_FALSE(sync(model));
     EXPECT_THAT(status(model).toStdString(), testing::StartsWith("Notion sync failed: "));
     fixture.tokens->deleteNotionToken();
+    std::vector<bool> syncing;
+    QObject::connect(&model.notion(), &NotionPart::isSyncingNotionChanged, &model,
+                     [&] { syncing.push_back(model.notion().isSyncingNotion()); });
     EXPECT_FALSE(sync(model));
+    EXPECT_EQ(syncing, (std::vector<bool>{true, false})) << "no second press while the token is read";
     EXPECT_EQ(toast(model), u"! Connect Notion first");
+    fixture.tokens->setFailure(TokenStoreError(3, u"Locked."_s));
+    EXPECT_FALSE(sync(model));
+    EXPECT_EQ(toast(model), u"! Failed to read Notion token: Locked.");
+    EXPECT_FALSE(ModelFixture::resultOf(model.fetchNotionDatabaseTitle()));
+    EXPECT_EQ(status(model), u"Failed to read Notion token: Locked.");
+    EXPECT_FALSE(model.notion().isFetchingNotionDatabase());
     QFile::remove(runFiles::in(data.run(u"one"_s), runFiles::result));
     model.refreshRun();
     EXPECT_FALSE(sync(model));

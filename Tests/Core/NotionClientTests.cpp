@@ -147,11 +147,13 @@ TEST_F(NotionClientTest, TheServiceAndTheNetworkSpeakForThemselves) {
     EXPECT_EQ(errorOf(loopedResult(stranger.fetchDatabase(databaseID))), u"API token is invalid.");
     m_server.replacements = {{1, {.status = 502, .headers = {}, .body = "<html>Bad gateway</html>"}},
                              {2, {.status = 200, .headers = {}, .body = QByteArray(50 * 1024 * 1024, ' ')}}};
+    m_server.replacements[5] = {.status = 403, .headers = {}, .body = R"({"message":"secret_test is blocked."})"};
     m_server.faults = {{3, Fault::cutShort}, {4, Fault::byteByByte}};
     EXPECT_THROW(static_cast<void>(loopedResult(m_client.fetchDatabase(databaseID)).value()), JsonError);
     EXPECT_THROW(static_cast<void>(loopedResult(m_client.fetchDatabase(databaseID)).value()), HttpError);
     EXPECT_THROW(static_cast<void>(loopedResult(m_client.fetchDatabase(databaseID)).value()), HttpError);
     EXPECT_EQ(loopedResult(m_client.fetchDatabase(databaseID)).value().title, u"Meetings");
+    EXPECT_EQ(errorOf(loopedResult(m_client.fetchDatabase(databaseID))), u"(token) is blocked.");
 }
 
 TEST_F(NotionClientTest, AnAskerWhoGoesEndsThePublicationAfterThePresentRequest) {

@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import pty
+import signal
 import subprocess
 import unittest
 
@@ -44,6 +45,17 @@ class Library(support.EndToEndTest):
         self.assertEqual(len(table), 1 + len(names))
         self.assertEqual(sorted(meeting["id"] for meeting in self.ctl_json("meetings")),
                          sorted(entry["id"] for entry in entries))
+
+    def test_watches_calls_until_it_is_interrupted(self):
+        for number in signal.SIGINT, signal.SIGTERM:
+            watch = self.start("corvanectl", "calls", "watch", "--json", "--facts",
+                               DISPLAY="", WAYLAND_DISPLAY="", DBUS_SESSION_BUS_ADDRESS="unix:path=/nowhere")
+            line = json.loads(watch.stdout.readline())
+            self.assertEqual(line, {"call": None, "facts": None})
+            rest, complaint = self.interrupt(watch, number)
+            self.assertEqual((rest, complaint, watch.returncode), (b"", b"", 0))
+        self.assertFalse((self.root / "meetings").exists(), "it looks and touches nothing")
+        self.ctl("calls", "record", expect=2)
 
     def test_what_cannot_be_imported_does_not_stop_the_rest(self):
         os.mkfifo(self.home / "pipe")

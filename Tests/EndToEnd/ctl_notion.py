@@ -4,7 +4,9 @@ import json
 import os
 import pathlib
 import pty
+import signal
 import subprocess
+import termios
 import unittest
 
 import support
@@ -46,6 +48,7 @@ class Notion(support.EndToEndTest):
         self.assertIn(b"no token was given", self.ctl("notion", "token", expect=1).stderr)
         connected = self.ctl("notion", "token", stdin=b" secret_x \nmore")
         self.assertNotIn(b"secret_x", connected.stdout + connected.stderr)
+        self.ctl("notion", "token", stdin=b"secret_y\rX: y", expect=1)
         self.assertIn(b"Choose a Notion database", self.ctl("notion", "sync", meeting, expect=1).stderr)
         self.ctl("notion", "database", "https://notion.example/nothing", expect=1)
         shown = self.ctl_json("notion", "database", f"https://www.notion.so/{DATABASE}?v=2")
@@ -63,13 +66,27 @@ class Notion(support.EndToEndTest):
         self.ctl("notion", "token", "--remove")
         self.assertFalse(self.ctl_json("notion")["hasToken"])
 
-    def test_a_token_typed_at_a_terminal_is_not_shown(self):
+    def asked_for_a_token(self):
         leader, follower = pty.openpty()
+        before = termios.tcgetattr(follower)
         process = subprocess.Popen([support.BIN / "corvanectl", "notion", "token"], stdin=follower, stdout=follower,
                                    stderr=follower, env=self.environment)
+        self.assertIn(b"token: ", os.read(leader, 4096))
+        self.assertFalse(termios.tcgetattr(follower)[3] & termios.ECHO)
+        return leader, follower, before, process
+
+    def test_a_signal_leaves_the_terminal_as_it_was(self):
+        leader, follower, before, process = self.asked_for_a_token()
+        process.terminate()
+        self.assertEqual(process.wait(timeout=support.LIMIT), -signal.SIGTERM)
+        self.assertEqual(termios.tcgetattr(follower), before)
+        os.close(leader)
         os.close(follower)
-        shown = os.read(leader, 4096)
-        self.assertIn(b"token: ", shown)
+
+    def test_a_token_typed_at_a_terminal_is_not_shown(self):
+        leader, follower, _, process = self.asked_for_a_token()
+        os.close(follower)
+        shown = b""
         os.write(leader, b"secret_x\n")
         try:
             while block := os.read(leader, 4096):

@@ -102,15 +102,17 @@ INSTANTIATE_TEST_SUITE_P(Clients, AnyHttpClientTest, testing::Values(Kind::real,
 
 TEST_F(HttpClientTest, ARequestWithABodyIsSentOnceWhateverTheConnectionDoes) {
     for (const Fault fault : {Fault::hangUp, Fault::cutShort}) {
-        m_server.forget();
-        // The second request goes over a connection that has already served one.
-        m_server.faults = {{1, fault}};
-        static_cast<void>(outcome(request("GET", QStringLiteral("/first"))).value());
-        HttpRequest post = request("POST", QStringLiteral("/pages"));
-        post.body = QByteArray(300'000, 'x');
-        EXPECT_EQ(failureOf(outcome(post)), HttpError::Kind::connection);
-        EXPECT_EQ(m_server.calls(), (std::vector<QByteArray>{"GET /first", "POST /pages"}));
-        EXPECT_EQ(m_server.requests().at(1).body, *post.body);
+        for (const QByteArray& body : {QByteArray(300'000, 'x'), QByteArray()}) {
+            m_server.forget();
+            // The second request goes over a connection that has already served one.
+            m_server.faults = {{1, fault}};
+            static_cast<void>(outcome(request("GET", QStringLiteral("/first"))).value());
+            HttpRequest once = request(body.isEmpty() ? "GET" : "POST", QStringLiteral("/pages"));
+            once.body = body;
+            EXPECT_EQ(failureOf(outcome(once)), HttpError::Kind::connection);
+            EXPECT_EQ(m_server.calls(), (std::vector<QByteArray>{"GET /first", once.method + " /pages"}));
+            EXPECT_EQ(m_server.requests().at(1).body, body);
+        }
     }
 }
 
@@ -120,6 +122,11 @@ TEST_F(HttpClientTest, OnlyASilentServerTimesOut) {
     EXPECT_EQ(outcome(get).value().body, "GET /a ");
     get.timeout = 50ms;
     EXPECT_EQ(failureOf(outcome(get)), HttpError::Kind::timedOut);
+}
+
+TEST_F(HttpClientTest, WhatCannotBeUnpackedIsNoAnswer) {
+    m_server.replacements = {{0, {.status = 200, .headers = {{"Content-Encoding", "gzip"}}, .body = "no gzip"}}};
+    EXPECT_EQ(failureOf(outcome(request("GET", QStringLiteral("/a")))), HttpError::Kind::connection);
 }
 
 TEST_F(HttpClientTest, CancelingTheFutureEndsTheExchange) {

@@ -4,12 +4,14 @@
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioPlayers.h"
 #include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
 #include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
+#include "CorvanePlatform/Linux/Desktop/DesktopCallNotices.h"
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 #include "CorvanePlatform/Linux/Network/QtHttpClient.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
+#include "CorvanePlatform/Null/NullFrontmostApplicationReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -68,6 +70,8 @@ AppServices makeLinuxServices() {
     services.workspace = makeWorkspace(services.processes);
     services.http = std::make_shared<QtHttpClient>();
     services.clock = std::make_shared<SystemClock>();
+    services.frontmostApplication = std::make_shared<NullFrontmostApplicationReader>();
+    services.callNotices = std::make_shared<DesktopCallNotices>();
     services.environment = ownEnvironment();
     services.currentDirectory = QDir::currentPath();
     services.bundleResourceDirectory = resourceDirectory();

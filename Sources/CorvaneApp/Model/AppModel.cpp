@@ -42,6 +42,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     refreshSelectedNotionPageURL();
     connect(&m_library, &LibraryPart::selectedSidebarItemChanged, this, &AppModel::refreshSelectedNotionPageURL);
     startPolling();
+    if (m_services.surface == Surface::window)
+        startCallDetection();
 }
 
 AppModel::~AppModel() {
@@ -89,6 +91,17 @@ void AppModel::restoreSidebarSelection() {
 
 void AppModel::resetSpeakerReviewState() {
     m_speakerReview.reset();
+}
+
+void AppModel::startCallDetection() {
+    m_callDetectionController = std::make_unique<CallDetectionController>(
+        CallDetectionController::Services{.frontmostApplication = m_services.frontmostApplication,
+                                          .notices = m_services.callNotices,
+                                          .clock = m_services.clock},
+        // While a recording that was left behind is finished the state shows none, and yet no other can begin.
+        [this] { return !m_recording.recordingState().isActive() && !m_recording.finishingProgress(); });
+    connect(m_callDetectionController.get(), &CallDetectionController::recordWanted, this, &AppModel::startRecording);
+    m_callDetectionController->start();
 }
 
 // A meeting's id can come out of a document. One that is no plain name belongs to no directory of ours.

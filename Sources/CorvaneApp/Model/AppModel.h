@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CorvaneApp/Model/AppServices.h"
+#include "CorvaneApp/Model/CallDetectionController.h"
 #include "CorvaneApp/Model/DiarizationDefaultsPart.h"
 #include "CorvaneApp/Model/JobsPart.h"
 #include "CorvaneApp/Model/LibraryPart.h"
@@ -42,8 +43,8 @@ class AppModel final : public QObject {
     Q_OBJECT
 
 public:
-    // Starts up: makes the directories, finds the newest recording, lists the meetings, selects the newest, and begins
-    // to poll. Nothing in it fails visibly.
+    // Starts up: makes the directories, finds the newest recording, lists the meetings, selects the newest, begins to
+    // poll, and for a window to look for calls. Nothing in it fails visibly.
     AppModel(AppPaths paths, AppServices services, QObject* parent = nullptr);
     ~AppModel() override;
 
@@ -181,6 +182,7 @@ private:
     void restoreLatestMeeting();
     void restoreSidebarSelection();
     void startPolling();
+    void startCallDetection();
     void resetSpeakerReviewState();
     void showDraft(const MeetingListItem& meeting);
     void renameDraft(const MeetingListItem& meeting, const QString& title);
@@ -231,7 +233,7 @@ private:
     void takeNotionDatabase(const NotionDatabaseInfo& database);
     void refreshSelectedNotionPageURL();
     // The steps of a sync, in this order.
-    void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const QString& token);
+    void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const Outcome<QString>& token);
     void findNotionPages(const std::shared_ptr<NotionSync>& sync, const NotionDatabaseInfo& database);
     void decideOnNotionPages(const std::shared_ptr<NotionSync>& sync);
     void archiveNextNotionPage(const std::shared_ptr<NotionSync>& sync);
@@ -267,6 +269,7 @@ private:
     std::shared_ptr<std::atomic<bool>> m_commandsCancelled = std::make_shared<std::atomic<bool>>(false);
     // Shared with the copying threads; cancelling sets it and puts a new one in its place.
     std::shared_ptr<std::atomic<bool>> m_importsCancelled = std::make_shared<std::atomic<bool>>(false);
+    std::unique_ptr<CallDetectionController> m_callDetectionController; // none for a command
 };
 
 } // namespace corvane

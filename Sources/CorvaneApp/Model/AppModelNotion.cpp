@@ -20,12 +20,13 @@ QFuture<Outcome<QString>> readToken(const std::shared_ptr<SecretStoring>& store)
         [store] { return outcomeOf([&] { return store->readNotionToken().value_or(QString()); }); });
 }
 
-// As the store could not say that there is one.
-QString tokenOrNothing(const Outcome<QString>& token) {
+// Why there is no token to go on with. Nothing if there is one. A store that could not be read is not taken for an
+// empty one: the token that the user stored in it may well be there.
+std::optional<QString> missingTokenReason(const Outcome<QString>& token) {
     try {
-        return token.value();
-    } catch (const Error&) {
-        return {};
+        return token.value().isEmpty() ? std::optional(QStringLiteral("Connect Notion first")) : std::nullopt;
+    } catch (const Error& error) {
+        return QStringLiteral("Failed to read Notion token: ") + error.text();
     }
 }
 
@@ -124,21 +125,21 @@ QFuture<bool> AppModel::fetchNotionDatabaseTitle() {
         say(QStringLiteral("Enter a Notion database URL"));
         return QtFuture::makeReadyFuture(false);
     }
+    m_notion.setIsFetching(true); // reading the token takes time too
     return readToken(m_services.tokenStore)
         .then(this,
-              [this](const Outcome<QString>& outcome) {
-                  const QString token = tokenOrNothing(outcome);
-                  if (token.isEmpty()) {
-                      say(QStringLiteral("Connect Notion first"));
+              [this](const Outcome<QString>& token) {
+                  if (const auto reason = missingTokenReason(token)) {
+                      m_notion.setIsFetching(false);
+                      say(*reason);
                       return QtFuture::makeReadyFuture(false);
                   }
-                  return fetchNotionDatabase(token);
+                  return fetchNotionDatabase(token.value());
               })
         .unwrap();
 }
 
 QFuture<bool> AppModel::fetchNotionDatabase(const QString& token) {
-    m_notion.setIsFetching(true);
     say(QStringLiteral("Fetching Notion database"));
     const auto fail = [this](const Error& error) {
         m_notion.setIsFetching(false);
@@ -197,8 +198,9 @@ QFuture<bool> AppModel::syncSelectedMeetingToNotion(WhenPageExists whenPageExist
     sync->content.speakerNames = m_speakerReview.speakerMappings();
     sync->whenPageExists = whenPageExists;
     sync->done.start();
-    readToken(m_services.tokenStore).then(this, [this, sync](const Outcome<QString>& outcome) {
-        beginNotionSync(sync, tokenOrNothing(outcome));
+    m_notion.setIsSyncing(true); // reading the token takes time too, in which the button must not be pressed again
+    readToken(m_services.tokenStore).then(this, [this, sync](const Outcome<QString>& token) {
+        beginNotionSync(sync, token);
     });
     return sync->done.future();
 }
@@ -224,18 +226,19 @@ void AppModel::inNotionSync(const std::shared_ptr<NotionSync>& sync, const std::
     }
 }
 
-void AppModel::beginNotionSync(const std::shared_ptr<NotionSync>& sync, const QString& token) {
-    const bool hasDatabase = !m_notion.notionDatabaseURL().trimmed().isEmpty();
-    if (token.isEmpty() || !hasDatabase) {
-        refuseNotionSync(token.isEmpty() ? QStringLiteral("Connect Notion first")
-                                         : QStringLiteral("Choose a Notion database"));
+void AppModel::beginNotionSync(const std::shared_ptr<NotionSync>& sync, const Outcome<QString>& token) {
+    auto obstacle = missingTokenReason(token);
+    if (!obstacle && m_notion.notionDatabaseURL().trimmed().isEmpty())
+        obstacle = QStringLiteral("Choose a Notion database");
+    if (obstacle) {
+        m_notion.setIsSyncing(false);
+        refuseNotionSync(*obstacle);
         endNotionSync(sync, false);
         return;
     }
-    m_notion.setIsSyncing(true);
     say(QStringLiteral("Syncing to Notion"));
     inNotionSync(sync, [&] {
-        sync->client = notionClient(token);
+        sync->client = notionClient(token.value());
         sync->databaseID = requiredDatabaseID(m_notion.notionDatabaseURL());
         sync->client->fetchDatabase(sync->databaseID)
             .then(this, [this, sync](const Outcome<NotionDatabaseInfo>& outcome) {

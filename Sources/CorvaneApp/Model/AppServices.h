@@ -6,8 +6,10 @@
 #include "CorvaneCore/Interfaces/AudioFiles.h"
 #include "CorvaneCore/Interfaces/AudioInput.h"
 #include "CorvaneCore/Interfaces/AudioPlayer.h"
+#include "CorvaneCore/Interfaces/CallNotice.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 #include "CorvaneCore/Interfaces/FileTree.h"
+#include "CorvaneCore/Interfaces/FrontmostApplication.h"
 #include "CorvaneCore/Interfaces/HttpClient.h"
 #include "CorvaneCore/Interfaces/ProcessLauncher.h"
 #include "CorvaneCore/Interfaces/SecretStoring.h"
@@ -20,7 +22,8 @@
 namespace corvane {
 
 // Who looks at the model: a window that shows all it holds, or a command that asks for one thing. For a command nothing
-// is begun that it did not ask for: no voices are compared because a run is shown, no token store is asked.
+// is begun that it did not ask for: no voices are compared because a run is shown, no token store is asked, no call is
+// looked for.
 enum class Surface { window, command };
 
 struct AppServices {
@@ -35,6 +38,8 @@ struct AppServices {
     std::shared_ptr<Workspace> workspace;
     std::shared_ptr<HttpClient> http;
     std::shared_ptr<const Clock> clock;
+    std::shared_ptr<FrontmostApplicationReader> frontmostApplication;
+    std::shared_ptr<CallNotices> callNotices;
 
     // Of the running process, for finding the worker.
     ProcessEnvironment environment;

@@ -83,7 +83,7 @@ void NotionPart::setDatabaseProperties(const std::map<QString, QString>& typesBy
 
 std::optional<NotionPageMatch> NotionPart::rememberedPage(const QString& databaseID, const QString& meetingID) const {
     const auto id = m_defaults->string(pageKey(databaseID, meetingID));
-    if (!id)
+    if (!id || id->isEmpty()) // the service may have made a page without naming it
         return std::nullopt;
     return NotionPageMatch{
         .id = *id, .title = {}, .url = m_defaults->string(pageURLKey(databaseID, meetingID)).value_or(QString())};

@@ -73,9 +73,9 @@ public:
     // Starts, and returns at once; the future finishes on the main loop, with an answer or an HttpError. Bind what
     // follows to the object that asks: send(...).then(this, ...). Canceling the future ends the exchange.
     //
-    // The request is sent once. One with a body is never repeated, whatever happens to the connection, since the other
-    // side may have acted on it. A redirect is followed only of a GET and only within its scheme, host and port: the
-    // headers may hold a secret. No cookie, cache or password is kept.
+    // A request with a body, be it an empty one, is sent once, whatever happens to the connection, since the other side
+    // may have acted on it. A redirect is followed only of a GET without a body and only within its scheme, host and
+    // port: the headers may hold a secret. No cookie, cache or password is kept.
     [[nodiscard]] virtual QFuture<Outcome<HttpAnswer>> send(const HttpRequest& request) = 0;
 };
 

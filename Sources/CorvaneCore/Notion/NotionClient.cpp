@@ -13,6 +13,17 @@ const QByteArray GET = QByteArrayLiteral("GET");
 const QByteArray POST = QByteArrayLiteral("POST");
 const QByteArray PATCH = QByteArrayLiteral("PATCH");
 
+// Far more than fifty pages with all their columns take. What a hostile or broken server sends beyond it would keep the
+// main loop busy for seconds.
+constexpr qint64 maximumAnswerBytes = 8LL * 1024 * 1024;
+
+// What the service says of a refusal goes to the status line and to terminals. The token does not, should a server
+// quote it; but a word too short to be one may stand there by itself.
+QString withoutToken(QString message, const QString& token) {
+    constexpr qsizetype shortestToken = 8;
+    return token.size() < shortestToken ? message : message.replace(token, QStringLiteral("(token)"));
+}
+
 QUrl appended(const QUrl& base, const QString& path) {
     QString start = base.path();
     while (start.endsWith(QLatin1Char('/')))
@@ -111,11 +122,17 @@ QFuture<Outcome<JSONValue::Object>> NotionClient::request(const QString& path, c
                         .headers = {{"Authorization", "Bearer " + m_token.toUtf8()},
                                     {"Notion-Version", "2022-06-28"},
                                     {"Content-Type", "application/json"}},
-                        .body = std::nullopt};
-    if (body)
-        request.body = compactJson(*body);
-    return m_http->send(request).then(m_context, [](const Outcome<HttpAnswer>& answer) {
-        return outcomeOf([&answer] { return notionAnswer(answer.value()); });
+                        // Empty rather than absent: a request with a body is not repeated by the transport.
+                        .body = body ? compactJson(*body) : QByteArray(),
+                        .maximumAnswerBytes = maximumAnswerBytes};
+    return m_http->send(request).then(m_context, [token = m_token](const Outcome<HttpAnswer>& answer) {
+        return outcomeOf([&] {
+            try {
+                return notionAnswer(answer.value());
+            } catch (const NotionError& error) {
+                throw NotionError::requestFailed(withoutToken(error.text(), token));
+            }
+        });
     });
 }
 

@@ -5,7 +5,9 @@
 #include "Support/Fakes/FakeAudioFileInspector.h"
 #include "Support/Fakes/FakeAudioInputs.h"
 #include "Support/Fakes/FakeAudioPlayers.h"
+#include "Support/Fakes/FakeCallNotices.h"
 #include "Support/Fakes/FakeClock.h"
+#include "Support/Fakes/FakeFrontmostApplicationReader.h"
 #include "Support/Fakes/FakeProcessLauncher.h"
 #include "Support/Fakes/FakeTokenStore.h"
 #include "Support/Fakes/FakeWorkspace.h"
@@ -37,6 +39,9 @@ public:
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<HttpClient> http; // brought by a test that needs one
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
+    std::shared_ptr<FakeFrontmostApplicationReader> frontmostApplication =
+        std::make_shared<FakeFrontmostApplicationReader>();
+    std::shared_ptr<FakeCallNotices> callNotices = std::make_shared<FakeCallNotices>();
     QString worker; // an executable file, or "" for none
 
     // Starts the application, or starts it again.
@@ -53,6 +58,8 @@ public:
                              .workspace = workspace,
                              .http = http,
                              .clock = clock,
+                             .frontmostApplication = frontmostApplication,
+                             .callNotices = callNotices,
                              .environment = {{u"CORVANE_WORKER_PATH"_s, worker}},
                              .currentDirectory = u"/nowhere"_s,
                              .bundleResourceDirectory = std::nullopt};

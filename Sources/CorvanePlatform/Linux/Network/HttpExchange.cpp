@@ -70,11 +70,19 @@ QNetworkReply* sendOver(QNetworkAccessManager& network, const HttpRequest& reque
     return reply;
 }
 
-// What the library takes for an error of its own but is an answer of the server with a status that tells of failure.
-bool isAnswer(QNetworkReply::NetworkError error) {
+// The library also takes for an error what is an answer of the server with a status that tells of failure. With a
+// status of success it means what it says: the content could not be unpacked, for one.
+bool isAnswer(QNetworkReply::NetworkError error, int status) {
     return error == QNetworkReply::NoError ||
-           (error > QNetworkReply::UnknownProxyError && error != QNetworkReply::ProtocolFailure &&
-            error != QNetworkReply::ProtocolUnknownError && error != QNetworkReply::ContentReSendError);
+           (status >= 400 && error > QNetworkReply::UnknownProxyError && error != QNetworkReply::ProtocolFailure &&
+            error != QNetworkReply::ContentReSendError);
+}
+
+QString failureText(const QNetworkReply& reply) {
+    // Only a lost connection would make it send a body again.
+    if (reply.error() == QNetworkReply::ContentReSendError)
+        return QStringLiteral("Connection closed");
+    return reply.errorString();
 }
 
 Kind kindOf(QNetworkReply::NetworkError error) {
@@ -152,8 +160,8 @@ void HttpExchange::replyFinished() {
         fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
         return;
     }
-    if (!isAnswer(error)) {
-        fail(kindOf(error), m_reply->errorString());
+    if (!isAnswer(error, status)) {
+        fail(kindOf(error), failureText(*m_reply));
         return;
     }
     readMore();

@@ -10,16 +10,17 @@ namespace corvane {
 
 namespace {
 
-bool isOneLine(const QByteArray& text) {
-    return std::none_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+// A line end within a header would begin another header, or the body; no other control character may stand there.
+bool isPlain(const QByteArray& text) {
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return (c >= '\0' && c < ' ' && c != '\t') || c == '\x7f'; });
 }
 
-// A line end within a header would begin another header, or the body.
 bool isUsable(const HttpRequest& request) {
     return request.url.isValid() && !request.url.host().isEmpty() &&
            (request.url.scheme() == u"https" || request.url.scheme() == u"http") &&
            std::all_of(request.headers.begin(), request.headers.end(),
-                       [](const HttpHeader& one) { return isOneLine(one.name) && isOneLine(one.value); });
+                       [](const HttpHeader& one) { return isPlain(one.name) && isPlain(one.value); });
 }
 
 } // namespace
