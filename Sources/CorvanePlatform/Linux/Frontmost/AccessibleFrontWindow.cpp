@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Frontmost/AccessibleFrontWindow.h"
 
+#include "CorvanePlatform/Linux/Frontmost/KnownApplications.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -28,11 +30,14 @@ QString applicationIdOfControlGroup(const QString& content) {
 
 QString applicationIdOfProcess(qint64 processIdentifier) {
     const QString directory = QStringLiteral("/proc/%1/").arg(processIdentifier);
+    const QString program = QFileInfo(QFile::symLinkTarget(directory + QStringLiteral("exe"))).fileName();
+    // What was started from a terminal may lie in the scope of the terminal.
+    FrontWindow window;
+    window.applicationId = program;
+    if (knownApplication(window))
+        return program;
     const QString id = applicationIdOfControlGroup(contentOfProcFile(directory + QStringLiteral("cgroup")));
-    if (!id.isEmpty())
-        return id;
-    const QString program = QFile::symLinkTarget(directory + QStringLiteral("exe"));
-    return QFileInfo(program).fileName();
+    return id.isEmpty() ? program : id;
 }
 
 FrontWindowReading AccessibleFrontWindow::read(const Deadline& deadline) {

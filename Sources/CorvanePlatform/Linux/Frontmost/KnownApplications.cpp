@@ -36,6 +36,7 @@ constexpr std::array applications{
     ApplicationRow{"chromium-browser", chrome, Browser::chromium},
     ApplicationRow{"org.chromium.chromium", chrome, Browser::chromium},
     ApplicationRow{"google-chrome", chrome, Browser::chrome},
+    ApplicationRow{"chrome", chrome, Browser::chrome},
     ApplicationRow{"google-chrome-beta", chrome, Browser::chrome},
     ApplicationRow{"google chrome", chrome, Browser::chrome},
     ApplicationRow{"com.google.chrome", chrome, Browser::chrome},

@@ -102,6 +102,7 @@ template<typename Reply>
 ReplyPointer<Reply> X11FrontWindow::Session::await(unsigned sequence, const Deadline& deadline) {
     if (sequence == 0)
         return nullptr;
+    ::xcb_flush(m_connection);
     void* reply = nullptr;
     xcb_generic_error_t* error = nullptr;
     while (::xcb_poll_for_reply(m_connection, sequence, &reply, &error) == 0) {
@@ -142,7 +143,6 @@ FrontWindowReading X11FrontWindow::Session::read(const Deadline& deadline) {
     const unsigned titleAsked = askProperty(window, m_utf8Title);
     const unsigned oldTitleAsked = askProperty(window, XCB_ATOM_WM_NAME);
     const unsigned processAsked = askProcess(window);
-    ::xcb_flush(m_connection);
     const auto classReply = await<xcb_get_property_reply_t>(classAsked, deadline);
     const auto titleReply = await<xcb_get_property_reply_t>(titleAsked, deadline);
     const auto oldTitleReply = await<xcb_get_property_reply_t>(oldTitleAsked, deadline);
