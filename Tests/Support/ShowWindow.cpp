@@ -41,6 +41,9 @@ int main(int argc, char** argv) {
         setText(connection, window, "WM_NAME", "STRING", argv[3]);
     else
         setText(connection, window, "_NET_WM_NAME", "UTF8_STRING", argv[3]);
+    // Without the wish to have the focus some compositors do not give it.
+    const std::uint32_t hints[9] = {1, 1};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9, hints);
     xcb_map_window(connection, window);
     xcb_flush(connection);
     while (xcb_generic_event_t* const event = xcb_wait_for_event(connection))

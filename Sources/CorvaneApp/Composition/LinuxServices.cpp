@@ -7,6 +7,7 @@
 #include "CorvanePlatform/Linux/Desktop/DesktopCallNotices.h"
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+#include "CorvanePlatform/Linux/Frontmost/DesktopFrontmostApplicationReader.h"
 #include "CorvanePlatform/Linux/Network/QtHttpClient.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
@@ -69,6 +70,7 @@ AppServices makeLinuxServices() {
     services.audioPlayers = std::make_shared<FFmpegAudioPlayers>();
     services.workspace = makeWorkspace(services.processes);
     services.http = std::make_shared<QtHttpClient>();
+    services.frontmost = std::make_shared<DesktopFrontmostApplicationReader>();
     services.clock = std::make_shared<SystemClock>();
     services.frontmostApplication = std::make_shared<NullFrontmostApplicationReader>();
     services.callNotices = std::make_shared<DesktopCallNotices>();

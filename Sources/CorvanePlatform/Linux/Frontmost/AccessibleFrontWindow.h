@@ -26,9 +26,9 @@ private:
     std::optional<Found> m_last;
 };
 
-// The desktop's name for the application of a process: its program if that is a known one, otherwise that of its systemd
-// scope, which sandboxes and desktops name after the application (systemd.io/DESKTOP_ENVIRONMENTS), or else the program.
-// Empty if the process is gone.
+// The desktop's name for the application of a process: its program if that is a known one, otherwise that of its
+// systemd scope, which sandboxes and desktops name after the application (systemd.io/DESKTOP_ENVIRONMENTS), or else the
+// program. Empty if the process is gone.
 [[nodiscard]] QString applicationIdOfProcess(qint64 processIdentifier);
 
 // The same of the content of /proc/PID/cgroup; empty if it names no application.

@@ -36,14 +36,10 @@ std::optional<FrontmostApplication> DesktopLook::look(const Deadline& deadline) 
     m_status.source = window.source;
     const auto known = knownApplication(window);
     FrontmostApplication application{.bundleIdentifier = known ? known->identifier : window.applicationId,
-                                     .localizedName = m_entries.name(window.applicationId, deadline),
+                                     .localizedName = localizedName(window, known, deadline),
                                      .processIdentifier = window.processIdentifier,
                                      .windowTitle = window.title,
                                      .activeTab = std::nullopt};
-    if (!application.localizedName && window.instance != window.applicationId)
-        application.localizedName = m_entries.name(window.instance, deadline);
-    if (!application.localizedName && !window.applicationId.isEmpty())
-        application.localizedName = window.applicationId;
     if (known && known->browser) {
         application.activeTab = m_tabs.tab(window, *known, deadline);
         // The title of a private window is the title of a private page.
@@ -51,6 +47,18 @@ std::optional<FrontmostApplication> DesktopLook::look(const Deadline& deadline) 
             application.windowTitle.reset();
     }
     return application;
+}
+
+// An installed web application has an entry by its instance, while its class is the browser's.
+std::optional<QString> DesktopLook::localizedName(const FrontWindow& window,
+                                                  const std::optional<KnownApplication>& known,
+                                                  const Deadline& deadline) {
+    for (const QString* id : {&window.instance, &window.applicationId})
+        if (auto name = m_entries.name(*id, deadline))
+            return name;
+    if (known && known->browser)
+        return productNames(*known->browser).front();
+    return window.applicationId.isEmpty() ? std::nullopt : std::optional(window.applicationId);
 }
 
 // Under XWayland the X server knows no active window while one of Wayland's own has the focus; without Wayland that

@@ -41,6 +41,8 @@ public:
 
 private:
     [[nodiscard]] FrontWindowReading frontWindow(const Deadline& deadline);
+    [[nodiscard]] std::optional<QString>
+    localizedName(const FrontWindow& window, const std::optional<KnownApplication>& known, const Deadline& deadline);
     void noteAccessibility(const Deadline& deadline);
 
     DesktopSession m_session;
