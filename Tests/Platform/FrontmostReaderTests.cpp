@@ -93,7 +93,8 @@ TEST(FrontmostReader, TellsTheWindowsOfX11AndNothingOfAServerThatHangs) {
                                              .processIdentifier = zoom->processID(),
                                              .windowTitle = u"Réunion Zoom"_s,
                                              .activeTab = {}}));
-    const auto teams = desktop.showWindow(u"crx_cifhbcnohmdccbgoicgdjpfamggdegmo"_s, u"Google-chrome"_s, u"Call"_s);
+    const auto teams = desktop.showWindow(u"crx_cifhbcnohmdccbgoicgdjpfamggdegmo"_s, u"Google-chrome"_s, u"Call"_s,
+                                          PrivateDesktop::Title::old);
     const Facts call = factsOfTitle(reader, u"Call"_s);
     ASSERT_TRUE(call);
     EXPECT_EQ(call->bundleIdentifier, u"com.microsoft.teams2"_s);

@@ -104,8 +104,9 @@ std::shared_ptr<LaunchedProcess> PrivateDesktop::launch(const QString& program, 
 }
 
 std::shared_ptr<LaunchedProcess> PrivateDesktop::showWindow(const QString& instance, const QString& windowClass,
-                                                            const QString& title) {
-    return launch(QStringLiteral(SHOW_WINDOW), {instance, windowClass, title});
+                                                            const QString& title, Title kind) {
+    const QStringList arguments{instance, windowClass, title};
+    return launch(QStringLiteral(SHOW_WINDOW), kind == Title::old ? arguments + QStringList{u"old"_s} : arguments);
 }
 
 std::shared_ptr<LaunchedProcess> PrivateDesktop::browse(const QStringList& arguments) {

@@ -29,8 +29,9 @@ public:
     [[nodiscard]] std::int64_t accessibilityBus() const; // the daemon; 0 if there is none
 
     // A window of a program of its own, in front. It is closed with its process.
+    enum class Title { utf8, old }; // old programs set no other title than WM_NAME
     [[nodiscard]] std::shared_ptr<LaunchedProcess> showWindow(const QString& instance, const QString& windowClass,
-                                                              const QString& title);
+                                                              const QString& title, Title kind = Title::utf8);
     // Chromium with a profile of this desktop's: the first one stays, later ones hand it their arguments and end.
     [[nodiscard]] std::shared_ptr<LaunchedProcess> browse(const QStringList& arguments);
     void end(const std::shared_ptr<LaunchedProcess>& process);

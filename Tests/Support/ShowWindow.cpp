@@ -28,20 +28,21 @@ void setText(xcb_connection_t* connection, xcb_window_t window, const char* prop
 int main(int argc, char** argv) {
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
     if (argc < 4 || xcb_connection_has_error(connection) != 0) {
-        std::fprintf(stderr, "ShowWindow INSTANCE CLASS TITLE [latin1], on a display\n");
+        std::fprintf(stderr, "ShowWindow INSTANCE CLASS TITLE [old], on a display\n");
         return 1;
     }
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     const xcb_window_t window = xcb_generate_id(connection);
+    // XWayland shows only what has something painted in it.
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 300, 200, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL, &screen->white_pixel);
     setText(connection, window, "WM_CLASS", "STRING", std::string(argv[1]) + '\0' + argv[2] + '\0');
     // Old programs know nothing of _NET_WM_NAME.
     if (argc > 4)
         setText(connection, window, "WM_NAME", "STRING", argv[3]);
     else
         setText(connection, window, "_NET_WM_NAME", "UTF8_STRING", argv[3]);
-    // Without the wish to have the focus some compositors do not give it.
+    // As of every program that wants the focus (ICCCM 4.1.2.4).
     const std::uint32_t hints[9] = {1, 1};
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9, hints);
     xcb_map_window(connection, window);

@@ -30,7 +30,7 @@ QString applicationIdOfControlGroup(const QString& content) {
 
 QString applicationIdOfProcess(qint64 processIdentifier) {
     const QString directory = QStringLiteral("/proc/%1/").arg(processIdentifier);
-    const QString program = QFileInfo(QFile::symLinkTarget(directory + QStringLiteral("exe"))).fileName();
+    QString program = QFileInfo(QFile::symLinkTarget(directory + QStringLiteral("exe"))).fileName();
     // What was started from a terminal may lie in the scope of the terminal.
     FrontWindow window;
     window.applicationId = program;

@@ -36,7 +36,7 @@ public:
 
 private:
     struct Question {
-        std::uint64_t number;
+        std::uint64_t number = 0;
         QPromise<Answer> promise;
     };
     void run();

@@ -10,8 +10,8 @@ namespace corvane {
 namespace {
 
 struct ApplicationRow {
-    const char* desktopName;
-    const char* identifier;
+    const char* desktopName = "";
+    const char* identifier = "";
     std::optional<Browser> browser = std::nullopt;
 };
 
