@@ -12,7 +12,6 @@
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
-#include "CorvanePlatform/Null/NullFrontmostApplicationReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -70,9 +69,8 @@ AppServices makeLinuxServices() {
     services.audioPlayers = std::make_shared<FFmpegAudioPlayers>();
     services.workspace = makeWorkspace(services.processes);
     services.http = std::make_shared<QtHttpClient>();
-    services.frontmost = std::make_shared<DesktopFrontmostApplicationReader>();
     services.clock = std::make_shared<SystemClock>();
-    services.frontmostApplication = std::make_shared<NullFrontmostApplicationReader>();
+    services.frontmostApplication = std::make_shared<DesktopFrontmostApplicationReader>();
     services.callNotices = std::make_shared<DesktopCallNotices>();
     services.environment = ownEnvironment();
     services.currentDirectory = QDir::currentPath();

@@ -37,7 +37,6 @@ struct AppServices {
     std::shared_ptr<AudioPlayers> audioPlayers;
     std::shared_ptr<Workspace> workspace;
     std::shared_ptr<HttpClient> http;
-    std::shared_ptr<FrontmostApplicationReader> frontmost;
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<FrontmostApplicationReader> frontmostApplication;
     std::shared_ptr<CallNotices> callNotices;

@@ -36,7 +36,7 @@ QString applicationIdOfProcess(qint64 processIdentifier) {
     window.applicationId = program;
     if (knownApplication(window))
         return program;
-    const QString id = applicationIdOfControlGroup(contentOfProcFile(directory + QStringLiteral("cgroup")));
+    QString id = applicationIdOfControlGroup(contentOfProcFile(directory + QStringLiteral("cgroup")));
     return id.isEmpty() ? program : id;
 }
 
