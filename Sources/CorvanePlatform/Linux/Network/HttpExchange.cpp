@@ -42,14 +42,19 @@ private:
     QByteArray m_content;
 };
 
+QNetworkRequest::RedirectPolicy redirectPolicy(const HttpRequest& request) {
+    if (request.method != "GET" || request.body)
+        return QNetworkRequest::ManualRedirectPolicy;
+    return request.redirects == HttpRedirects::sameOrigin ? QNetworkRequest::SameOriginRedirectPolicy
+                                                          : QNetworkRequest::NoLessSafeRedirectPolicy;
+}
+
 QNetworkRequest networkRequest(const HttpRequest& request) {
     QNetworkRequest result(request.url);
     result.setRawHeader("User-Agent", "Corvane");
     for (const HttpHeader& header : request.headers)
         result.setRawHeader(header.name, header.value);
-    const bool mayFollow = request.method == "GET" && !request.body;
-    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                        mayFollow ? QNetworkRequest::SameOriginRedirectPolicy : QNetworkRequest::ManualRedirectPolicy);
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, redirectPolicy(request));
     for (const auto attribute :
          {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
           QNetworkRequest::AuthenticationReuseAttribute})

@@ -2,7 +2,9 @@
 
 #include "CorvanePlatform/Linux/Network/HttpExchange.h"
 
+#include <QHostAddress>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 
 #include <algorithm>
 
@@ -23,6 +25,17 @@ bool isUsable(const HttpRequest& request) {
                        [](const HttpHeader& one) { return isPlain(one.name) && isPlain(one.value); });
 }
 
+// The system's proxies, but for this machine itself: a proxy elsewhere would answer for another one.
+class ProxiesBeyondThisMachine final : public QNetworkProxyFactory {
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override {
+        const QString host = query.peerHostName();
+        if (host == u"localhost" || QHostAddress(host).isLoopback())
+            return {QNetworkProxy(QNetworkProxy::NoProxy)};
+        return systemProxyForQuery(query);
+    }
+};
+
 } // namespace
 
 QtHttpClient::QtHttpClient() = default;
@@ -36,8 +49,10 @@ QFuture<Outcome<HttpAnswer>> QtHttpClient::send(const HttpRequest& request) {
     if (!isUsable(request))
         return QtFuture::makeReadyFuture(Outcome<HttpAnswer>(std::make_exception_ptr(
             HttpError(HttpError::Kind::unusableRequest, QStringLiteral("The address or a header cannot be used.")))));
-    if (!m_network)
+    if (!m_network) {
         m_network = std::make_unique<QNetworkAccessManager>();
+        m_network->setProxyFactory(new ProxiesBeyondThisMachine); // owned by the manager
+    }
     return HttpExchange::start(*m_network, request);
 }
 
