@@ -16,6 +16,7 @@ constexpr qint64 littleSpace = 2LL * 1024 * 1024 * 1024; // bytes, about an hour
 
 const QString noAnswer = QStringLiteral("does not answer");
 const QString noBus = QStringLiteral("there is no session bus");
+const QString fromDesktop = QStringLiteral("start Corvane from a desktop session");
 
 DoctorCheck blank(const char* id, const char* title, Need need, const char* purpose) {
     DoctorCheck check;
@@ -67,16 +68,6 @@ DoctorCheck soundCheck(const DoctorCheck& check, const SoundFacts& facts, const 
         std::find_if(devices.begin(), devices.end(), [](const AudioDevice& device) { return device.isDefault; });
     const AudioDevice& shown = preferred == devices.end() ? devices.front() : *preferred;
     return found(check, QStringLiteral("%1, through %2").arg(shown.name, facts.devices->server));
-}
-
-DoctorCheck accessibilityCheck(const SessionBusFacts& facts) {
-    return checkOf(blank("accessibility", "Accessibility", Need::optional,
-                         "tells which page a browser shows, so that a call in it is noticed"),
-                   facts.accessibility, QStringLiteral("switched on"),
-                   facts.bus == Presence::absent ? noBus : QStringLiteral("switched off"),
-                   QStringLiteral("gsettings set org.gnome.desktop.interface toolkit-accessibility true, then restart "
-                                  "the browser; programs then tell others what they show, and a browser on a busy "
-                                  "page takes about twice the processor time (package at-spi2-core)"));
 }
 
 QString displayText(const DisplayFacts& display, const char* kind) {
@@ -161,16 +152,22 @@ DoctorChecks checksOf(const KeyringFacts& facts) {
 
 DoctorChecks checksOf(const SessionBusFacts& facts) {
     const bool hasBus = facts.bus != Presence::absent;
-    return {checkOf(blank("tray", "Tray", Need::optional, "shows Corvane's icon and its menu"), facts.trayHost,
-                    QStringLiteral("takes icons"),
-                    hasBus ? QStringLiteral("nothing on the desktop shows icons") : noBus,
-                    QStringLiteral("on GNOME: sudo apt install gnome-shell-extension-appindicator and switch it on; "
-                                   "elsewhere add the notification area to the panel")),
-            checkOf(blank("notifications", "Notifications", Need::optional, "offer to record a call that has begun"),
-                    facts.notifications, QStringLiteral("shown"),
-                    hasBus ? QStringLiteral("nothing on the desktop shows them") : noBus,
-                    QStringLiteral("sudo apt install dunst, or another notification daemon")),
-            accessibilityCheck(facts)};
+    const auto orNoBus = [hasBus](const char* text) { return hasBus ? QString::fromUtf8(text) : noBus; };
+    const auto orDesktop = [hasBus](const char* text) { return hasBus ? QString::fromUtf8(text) : fromDesktop; };
+    return {
+        checkOf(blank("tray", "Tray", Need::optional, "shows Corvane's icon and its menu"), facts.trayHost,
+                QStringLiteral("takes icons"), orNoBus("nothing on the desktop shows icons"),
+                orDesktop("on GNOME: sudo apt install gnome-shell-extension-appindicator and switch it on; elsewhere "
+                          "add the notification area to the panel")),
+        checkOf(blank("notifications", "Notifications", Need::optional, "offer to record a call that has begun"),
+                facts.notifications, QStringLiteral("shown"), orNoBus("nothing on the desktop shows them"),
+                orDesktop("sudo apt install dunst, or another notification daemon")),
+        checkOf(blank("accessibility", "Accessibility", Need::optional,
+                      "tells which page a browser shows, so that a call in it is noticed"),
+                facts.accessibility, QStringLiteral("switched on"), orNoBus("switched off"),
+                orDesktop("gsettings set org.gnome.desktop.interface toolkit-accessibility true, then restart the "
+                          "browser; programs then tell others what they show, and a browser on a busy page takes "
+                          "about twice the processor time (package at-spi2-core)"))};
 }
 
 DoctorChecks checksOf(const WindowFacts& facts) {
@@ -182,16 +179,15 @@ DoctorChecks checksOf(const WindowFacts& facts) {
         (facts.x11.server == Presence::present ? works : silent) << displayText(facts.x11, "X11");
     if (!facts.wayland.name.isEmpty())
         (facts.wayland.server == Presence::present ? works : silent) << displayText(facts.wayland, "Wayland");
-    const auto remedy = QStringLiteral("start Corvane from a desktop session");
     if (!works.isEmpty()) {
         const QString desktop = facts.desktop.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.desktop);
         return {found(check, works.join(QStringLiteral(", ")) + desktop)};
     }
     if (!silent.isEmpty())
         return {amiss(check, State::problem, silent.join(QStringLiteral(", ")) + QStringLiteral(" cannot be reached"),
-                      remedy)};
-    return {
-        amiss(check, State::missing, QStringLiteral("neither DISPLAY nor WAYLAND_DISPLAY names a display"), remedy)};
+                      fromDesktop)};
+    return {amiss(check, State::missing, QStringLiteral("neither DISPLAY nor WAYLAND_DISPLAY names a display"),
+                  fromDesktop)};
 }
 
 DoctorChecks checksOf(const OllamaStatus& status) {
