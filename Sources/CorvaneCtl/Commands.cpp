@@ -278,11 +278,11 @@ Command doctorCommand() {
 }
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{
-        recordCommand(),   recoverCommand(), playCommand(),       devicesCommand(), importCommand(),  processCommand(),
-        meetingsCommand(), showCommand(),    transcriptCommand(), renameCommand(),  speakerCommand(), matchCommand(),
-        profilesCommand(), notionCommand(),  deleteCommand(),     statusCommand(),  callsCommand(),   updateCommand(),
-        doctorCommand()};
+    static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
+                                            importCommand(),     processCommand(), meetingsCommand(), showCommand(),
+                                            transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
+                                            profilesCommand(),   notionCommand(),  deleteCommand(),   statusCommand(),
+                                            callsCommand(),      updateCommand(),  doctorCommand()};
     return table;
 }
 

@@ -23,10 +23,10 @@ namespace {
 
 using Kind = UpdateAvailability::Kind;
 
-const QByteArray required = R"("version":"2.0","build":7,"downloadURL":"https://example.org/a.deb","sha256":"ab")";
+const QByteArray requiredKeys = R"("version":"2.0","build":7,"downloadURL":"https://example.org/a.deb","sha256":"ab")";
 
 QByteArray manifestWith(const QByteArray& more) {
-    return '{' + required + more + '}';
+    return '{' + requiredKeys + more + '}';
 }
 
 template<typename T>
@@ -41,14 +41,14 @@ QString errorOf(const Outcome<T>& outcome) {
 
 TEST(AppVersionTest, ComponentsAreNumbersAndTheBuildDecidesATie) {
     struct Case {
-        const char16_t* lower;
+        const char* lower;
         int lowerBuild;
-        const char16_t* higher;
+        const char* higher;
         int higherBuild;
     };
-    for (const Case& one : {Case{u"1.9", 9, u"1.10", 1}, Case{u"1.2", 5, u"1.2.0", 6}, Case{u"1..2", 1, u"1.2", 2},
-                            Case{u"2.0-rc1", 1, u"2.0", 2}, Case{u"1.-1", 9, u"1", 1}, Case{u"", 0, u"+0.1", 0},
-                            Case{u" 9", 1, u"0", 2}, Case{u"99999999999999999999", 1, u"1", 1}}) {
+    for (const Case& one : {Case{"1.9", 9, "1.10", 1}, Case{"1.2", 5, "1.2.0", 6}, Case{"1..2", 1, "1.2", 2},
+                            Case{"2.0-rc1", 1, "2.0", 2}, Case{"1.-1", 9, "1", 1}, Case{"", 0, "+0.1", 0},
+                            Case{" 9", 1, "0", 2}, Case{"99999999999999999999", 1, "1", 1}}) {
         const AppVersion lower{QString(one.lower), one.lowerBuild};
         const AppVersion higher{QString(one.higher), one.higherBuild};
         EXPECT_LT(lower, higher) << lower.version.toStdString();

@@ -7,6 +7,7 @@
 #include <functional>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace corvane {
 

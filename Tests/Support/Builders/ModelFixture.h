@@ -69,6 +69,7 @@ public:
                              .clock = clock,
                              .frontmostApplication = frontmostApplication,
                              .callNotices = callNotices,
+                             .machine = nullptr,
                              .environment = {{u"CORVANE_WORKER_PATH"_s, worker}},
                              .currentDirectory = u"/nowhere"_s,
                              .bundleResourceDirectory = std::nullopt,
@@ -76,6 +77,7 @@ public:
                              .systemVersion = systemVersion,
                              .ollamaAddress = ollamaAddress,
                              .ollamaLocations = ollamaLocations,
+                             .speechModelDirectory = {},
                              .surface = surface};
         m_model = std::make_unique<AppModel>(m_paths, std::move(services));
         return *m_model;

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <system_error>
 
@@ -73,15 +74,22 @@ QString systemText(int number) {
     return QString::fromStdString(std::generic_category().message(number));
 }
 
-// A file without a name is made and vanishes again: permissions alone do not tell of a read-only or a full disk.
+// Where a file system has no files without a name.
+UniqueFd vanishingFile(const QByteArray& directory) {
+    QByteArray name = directory + "/.corvane-XXXXXX";
+    UniqueFd file(::mkostemp(name.data(), O_CLOEXEC));
+    if (file.get() >= 0)
+        ::unlink(name.constData());
+    return file;
+}
+
+// A file is made and vanishes again: permissions alone do not tell of a read-only or a full disk.
 std::optional<QString> writeError(const QByteArray& directory) {
-    const UniqueFd file(::open(directory.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (file.get() < 0) {
-        if (errno != EOPNOTSUPP && errno != EISDIR)
-            return systemText(errno);
-        return ::access(directory.constData(), W_OK | X_OK) == 0 ? std::nullopt : std::optional(systemText(errno));
-    }
-    return ::write(file.get(), "x", 1) == 1 ? std::nullopt : std::optional(systemText(errno));
+    UniqueFd file(::open(directory.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (file.get() < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == ENOENT))
+        file = vanishingFile(directory);
+    const bool works = file.get() >= 0 && ::write(file.get(), "x", 1) == 1;
+    return works ? std::nullopt : std::optional(systemText(errno));
 }
 
 KeyringFacts::State stateOf(std::int32_t status) {

@@ -160,12 +160,16 @@ void HttpExchange::readMore() {
 void HttpExchange::replyFinished() {
     const auto error = m_reply->error();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool isRedirect = status >= 300 && status < 400;
+    const bool leadsSomewhere = m_reply->hasRawHeader("Location");
     // The library finds that it cannot send the body of a request again only after it was told to go elsewhere.
-    if (status >= 300 && status < 400 && m_reply->hasRawHeader("Location")) {
+    if (isRedirect && leadsSomewhere) {
         fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
         return;
     }
-    if (!isAnswer(error, status)) {
+    // The library takes a redirect to nowhere for one to a protocol that it does not know.
+    const bool leadsNowhere = isRedirect && error == QNetworkReply::ProtocolUnknownError;
+    if (!leadsNowhere && !isAnswer(error, status)) {
         fail(kindOf(error), failureText(*m_reply));
         return;
     }
