@@ -179,6 +179,8 @@ TEST_F(HttpClientTest, WhatCannotBeSentIsNotTried) {
     file.url = QUrl(QStringLiteral("file:///etc/hostname"));
     EXPECT_EQ(failureOf(outcome(file)), HttpError::Kind::unusableRequest);
     HttpRequest nobody = request("GET", {});
+    nobody.url = QUrl(QStringLiteral("http://a.invalid/"));
+    EXPECT_EQ(failureOf(outcome(nobody)), HttpError::Kind::connection);
     nobody.url = QUrl(QStringLiteral("http://127.0.0.1:1/"));
     EXPECT_EQ(failureOf(outcome(nobody)), HttpError::Kind::connection);
 }
