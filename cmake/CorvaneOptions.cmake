@@ -2,6 +2,10 @@
 
 option(CORVANE_BENCHMARKS "Build the programs in Benchmarks/" ON)
 set(CORVANE_SANITIZER "" CACHE STRING "address (with undefined behaviour) or thread")
+# What a build says of itself (docs/formats/info.md).
+set(CORVANE_BUILD_NUMBER "1" CACHE STRING "Grows with every release, also of the same version")
+set(CORVANE_UPDATE_MANIFEST_URL "" CACHE STRING "Where the manifest of the newest release lies, over HTTP or HTTPS")
+set(CORVANE_UPDATE_SYSTEM "debian" CACHE STRING "The distribution whose versions that manifest speaks of")
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

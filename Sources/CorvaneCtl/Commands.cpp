@@ -250,11 +250,39 @@ Command callsCommand() {
             runCalls};
 }
 
+Command updateCommand() {
+    return {{.name = QStringLiteral("update"),
+             .operands = QStringLiteral("[ACTION]"),
+             .minimumOperands = 0,
+             .maximumOperands = 2,
+             .summary = QStringLiteral("look for a newer release of Corvane"),
+             .description = QStringLiteral("Without ACTION, shows what is known without asking anybody.\n"
+                                           "check                 ask the update server now; downloads nothing\n"
+                                           "automatic [on|off]    whether the application asks once a day"),
+             .options = {}},
+            runUpdate};
+}
+
+Command doctorCommand() {
+    return {{.name = QStringLiteral("doctor"),
+             .operands = {},
+             .minimumOperands = 0,
+             .maximumOperands = 0,
+             .summary = QStringLiteral("tell what works on this machine and what is missing"),
+             .description = QStringLiteral("Looks at everything that Corvane uses, tells what is missing, what it is "
+                                           "needed for and how to get it. Changes nothing.\n"
+                                           "The exit status is 4 if something is amiss without which Corvane does "
+                                           "not do its work."),
+             .options = {}},
+            runDoctor};
+}
+
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table{
-        recordCommand(),   recoverCommand(), playCommand(),       devicesCommand(), importCommand(),  processCommand(),
-        meetingsCommand(), showCommand(),    transcriptCommand(), renameCommand(),  speakerCommand(), matchCommand(),
-        profilesCommand(), notionCommand(),  deleteCommand(),     statusCommand(),  callsCommand()};
+    static const std::vector<Command> table{recordCommand(),     recoverCommand(), playCommand(),     devicesCommand(),
+                                            importCommand(),     processCommand(), meetingsCommand(), showCommand(),
+                                            transcriptCommand(), renameCommand(),  speakerCommand(),  matchCommand(),
+                                            profilesCommand(),   notionCommand(),  deleteCommand(),   statusCommand(),
+                                            callsCommand(),      updateCommand(),  doctorCommand()};
     return table;
 }
 

@@ -28,6 +28,8 @@ class Session;
 [[nodiscard]] ExitStatus runDelete(Session& session);     // DeleteCommand.cpp
 [[nodiscard]] ExitStatus runStatus(Session& session);     // StatusCommand.cpp
 [[nodiscard]] ExitStatus runCalls(Session& session);      // CallsCommand.cpp
+[[nodiscard]] ExitStatus runUpdate(Session& session);     // UpdateCommand.cpp
+[[nodiscard]] ExitStatus runDoctor(Session& session);     // DoctorCommand.cpp
 
 [[nodiscard]] const std::vector<CommandForm>& commandForms();
 

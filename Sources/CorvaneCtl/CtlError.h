@@ -11,6 +11,7 @@ enum class ExitStatus : int {
     failed = 1,
     usage = 2,
     noSuchMeeting = 3, // or no such profile, or more than one that fits
+    notReady = 4,      // doctor: something that is needed does not work
 };
 
 // What a program that a signal has ended reports, as a shell puts it.

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] const AppServices& services() const { return m_services; }
     [[nodiscard]] bool wantsJson() const { return m_line.has(QStringLiteral("json")); }
 
+    // Without making them, unlike model().
+    [[nodiscard]] const AppPaths& paths() const { return m_paths; }
+
     // Throws CtlError at the first call if the data directory cannot be used: the model itself would go on with an
     // empty list.
     [[nodiscard]] AppModel& model();

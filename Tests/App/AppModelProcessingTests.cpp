@@ -40,7 +40,7 @@ TEST_F(AppModelTest, ProcessingLaunchesTheWorkerAndShowsTheNewRun) {
     settings.speakerCountMode = u"range"_s;
     settings.language = u"de"_s;
     model.detail().setSettings(settings);
-    fixture.defaults->set(u"useOllamaSpeakerContext"_s, true);
+    model.localModel().updateUseOllamaSpeakerContext(true);
     for (int times = 1; times <= 2; ++times) {
         const QString run = ModelFixture::resultOf(model.processCurrentAudio()).value();
         EXPECT_EQ(model.detail().lastRunDirectory(), run);

@@ -234,8 +234,8 @@ TEST_F(VoiceTest, matchingOfARunThatWasLeftIsDropped) {
     select(model, "one");
     hasBegun.acquire();
     QDir(data.run(QStringLiteral("one"))).removeRecursively();
+    isHeld = false; // the next command may begin at once
     select(model, "two");
-    isHeld = false;
     mayGoOn.release();
     waitForMatching(model);
     EXPECT_TRUE(onDisk("two").speakerProfileMatches.empty());

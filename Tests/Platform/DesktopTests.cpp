@@ -8,6 +8,7 @@
 #include "CorvanePlatform/Null/NullAudioFileInspector.h"
 #include "CorvanePlatform/Null/NullAudioInputs.h"
 #include "CorvanePlatform/Null/NullAudioPlayers.h"
+#include "CorvanePlatform/Null/NullFrontmostApplicationReader.h"
 #include "CorvanePlatform/Null/NullSecretStore.h"
 #include "CorvanePlatform/Null/NullWorkspace.h"
 
@@ -64,6 +65,7 @@ TEST(EnsureUtf8Locale, KeepsQtQuietAndTextWholeInEveryLocale) {
 TEST(NullPlatform, HasNothingAndSaysSo) {
     EXPECT_FALSE(NullWorkspace().open(u"/tmp"_s));
     EXPECT_FALSE(NullAudioFileInspector().durationSeconds(u"/tmp"_s));
+    EXPECT_EQ(NullFrontmostApplicationReader().read().result(), std::nullopt);
     EXPECT_THROW((void)NullAudioInputs().microphone()->format(), AudioInputError);
     EXPECT_THROW((void)NullAudioPlayers().open(u"/tmp"_s), AudioPlayerError);
     EXPECT_THROW(NullSecretStore().saveNotionToken({}), TokenStoreError);

@@ -155,6 +155,13 @@ TEST_F(HttpClientTest, ASecretDoesNotTravel) {
     EXPECT_TRUE(elsewhere.requests().empty());
 }
 
+TEST_F(HttpClientTest, AProxyIsNotAskedForThisMachine) {
+    qputenv("http_proxy", "http://127.0.0.1:1");
+    const auto answer = outcome(request("GET", QStringLiteral("/a")));
+    qunsetenv("http_proxy");
+    EXPECT_EQ(answer.value().body, "GET /a ");
+}
+
 TEST_F(HttpClientTest, AStrangerIsNotSpokenTo) {
     const FakeHttpServer stranger(answerTo, FakeHttpServer::Transport::selfSigned);
     HttpRequest get = request("GET", {});
@@ -172,6 +179,8 @@ TEST_F(HttpClientTest, WhatCannotBeSentIsNotTried) {
     file.url = QUrl(QStringLiteral("file:///etc/hostname"));
     EXPECT_EQ(failureOf(outcome(file)), HttpError::Kind::unusableRequest);
     HttpRequest nobody = request("GET", {});
+    nobody.url = QUrl(QStringLiteral("http://a.invalid/"));
+    EXPECT_EQ(failureOf(outcome(nobody)), HttpError::Kind::connection);
     nobody.url = QUrl(QStringLiteral("http://127.0.0.1:1/"));
     EXPECT_EQ(failureOf(outcome(nobody)), HttpError::Kind::connection);
 }

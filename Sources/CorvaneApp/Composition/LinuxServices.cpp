@@ -1,21 +1,24 @@
 #include "CorvaneApp/Composition/LinuxServices.h"
 
+#include "CorvaneCore/Services/Ollama.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioFileInspector.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioPlayers.h"
 #include "CorvanePlatform/Linux/Audio/PulseAudioInputs.h"
 #include "CorvanePlatform/Linux/Audio/SndfileAudioFiles.h"
 #include "CorvanePlatform/Linux/Desktop/DesktopCallNotices.h"
 #include "CorvanePlatform/Linux/Desktop/XdgWorkspace.h"
+#include "CorvanePlatform/Linux/Doctor/LinuxMachineProbe.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
+#include "CorvanePlatform/Linux/Frontmost/DesktopFrontmostApplicationReader.h"
 #include "CorvanePlatform/Linux/Network/QtHttpClient.h"
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/Settings/FileUserDefaults.h"
-#include "CorvanePlatform/Null/NullFrontmostApplicationReader.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcessEnvironment>
+#include <QSysInfo>
 
 #include <sys/stat.h>
 
@@ -40,6 +43,26 @@ std::optional<QString> resourceDirectory() {
     if (executable.isEmpty())
         return std::nullopt;
     return QDir::cleanPath(executable + QStringLiteral("/../../lib/corvane"));
+}
+
+// What the build was told, and over it what a packager put beside the program.
+InfoDictionary ownInfo(const std::optional<QString>& resources) {
+    InfoDictionary info{{infoKeys::version, QStringLiteral(CORVANE_VERSION)},
+                        {infoKeys::build, QStringLiteral(CORVANE_BUILD_NUMBER)},
+                        {infoKeys::updateManifestURL, QStringLiteral(CORVANE_UPDATE_MANIFEST_URL)},
+                        {infoKeys::updateSystem, QStringLiteral(CORVANE_UPDATE_SYSTEM)}};
+    return resources ? withEntriesOfFile(std::move(info), *resources + QLatin1Char('/') + infoFile) : info;
+}
+
+void addOwnFacts(AppServices& services) {
+    services.bundleResourceDirectory = resourceDirectory();
+    services.info = ownInfo(services.bundleResourceDirectory);
+    services.systemVersion = presentSystemVersion(QSysInfo::productType(), QSysInfo::productVersion(),
+                                                  stringAt(services.info, infoKeys::updateSystem).value_or(QString()));
+    services.ollamaAddress = QUrl(ollamaAddress);
+    services.ollamaLocations = ollamaLocations(QDir::homePath());
+    services.speechModelDirectory =
+        qEnvironmentVariable("CORVANE_WORKER_MODEL_DIR", QStringLiteral(CORVANE_SPEECH_MODEL_DIR));
 }
 
 // A workspace with the launcher that it borrows.
@@ -70,11 +93,12 @@ AppServices makeLinuxServices() {
     services.workspace = makeWorkspace(services.processes);
     services.http = std::make_shared<QtHttpClient>();
     services.clock = std::make_shared<SystemClock>();
-    services.frontmostApplication = std::make_shared<NullFrontmostApplicationReader>();
+    services.frontmostApplication = std::make_shared<DesktopFrontmostApplicationReader>();
     services.callNotices = std::make_shared<DesktopCallNotices>();
+    services.machine = std::make_shared<LinuxMachineProbe>();
     services.environment = ownEnvironment();
     services.currentDirectory = QDir::currentPath();
-    services.bundleResourceDirectory = resourceDirectory();
+    addOwnFacts(services);
     ::umask(S_IRWXG | S_IRWXO);
     ::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is like a full disk, no reason to die
     return services;

@@ -17,7 +17,9 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_playback(m_services.audioPlayers),
       m_jobs(m_services.files, m_services.audioFiles, m_services.clock),
       m_voiceProfiles(m_paths.database(), m_services.clock),
-      m_notion(m_services.defaults) {
+      m_notion(m_services.defaults),
+      m_updates(m_services.defaults, m_services.info),
+      m_localModel(m_services.defaults) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     connect(&m_playback, &PlaybackPart::playbackFailed, this,
             [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
@@ -31,10 +33,12 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
         // The operations that need the directories say so when they are used.
     }
     m_library.restoreLatestRecording();
-    if (m_services.surface == Surface::window)
+    if (m_services.surface == Surface::window) {
         static_cast<void>(refreshNotionSettings());
-    else
+        static_cast<void>(refreshOllamaStatus());
+    } else {
         m_notion.loadSettings();
+    }
     reloadSpeakerProfiles();
     reloadMeetings();
     restoreLatestMeeting();
@@ -42,8 +46,11 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     refreshSelectedNotionPageURL();
     connect(&m_library, &LibraryPart::selectedSidebarItemChanged, this, &AppModel::refreshSelectedNotionPageURL);
     startPolling();
-    if (m_services.surface == Surface::window)
+    if (m_services.surface == Surface::window) {
         startCallDetection();
+        restoreCachedUpdateState();
+        checkForUpdatesIfNeeded();
+    }
 }
 
 AppModel::~AppModel() {

@@ -8,12 +8,14 @@
 #include "CorvaneApp/Model/DiarizationDefaultsPart.h"
 #include "CorvaneApp/Model/JobsPart.h"
 #include "CorvaneApp/Model/LibraryPart.h"
+#include "CorvaneApp/Model/LocalModelPart.h"
 #include "CorvaneApp/Model/MeetingDetailPart.h"
 #include "CorvaneApp/Model/NotionPart.h"
 #include "CorvaneApp/Model/PlaybackPart.h"
 #include "CorvaneApp/Model/RecordingPart.h"
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
+#include "CorvaneApp/Model/UpdatesPart.h"
 #include "CorvaneApp/Model/VoiceProfilesPart.h"
 #include "CorvaneCore/Library/AppPaths.h"
 #include "CorvaneCore/Recording/Finalization.h"
@@ -58,6 +60,8 @@ public:
     [[nodiscard]] SpeakerReviewPart& speakerReview() { return m_speakerReview; }
     [[nodiscard]] VoiceProfilesPart& voiceProfiles() { return m_voiceProfiles; }
     [[nodiscard]] NotionPart& notion() { return m_notion; }
+    [[nodiscard]] UpdatesPart& updates() { return m_updates; }
+    [[nodiscard]] LocalModelPart& localModel() { return m_localModel; }
     [[nodiscard]] const AppPaths& paths() const { return m_paths; }
 
     // Derived from the parts and the disk.
@@ -137,6 +141,23 @@ public:
     QFuture<bool> syncSelectedMeetingToNotion(WhenPageExists whenPageExists);
     // False if there is no page, or nothing to open it with.
     bool openSelectedNotionPage();
+
+    // Updates (AppModelUpdates.cpp)
+    // Asks the update server now. The future says whether it could tell; updateCheckErrorMessage tells why not. An
+    // update that was known before stays shown.
+    QFuture<bool> checkForUpdates();
+    // The same once a day, unless switched off. For moments at which a user may want to know; a command never does.
+    void checkForUpdatesIfNeeded();
+    void updateAutomaticUpdateChecksEnabled(bool enabled);
+    // What the last check found, held against the version that runs now, without asking anybody.
+    void restoreCachedUpdateState();
+    enum class KeepManifest { yes, no };
+    void applyUpdateAvailability(const UpdateAvailability& availability, KeepManifest persist);
+    void persistUpdateManifest(const UpdateManifest& manifest);
+
+    // Local language model (AppModelLocalModel.cpp)
+    // Looks for Ollama beside the main loop. Finding it switches its use on, also against an earlier wish of the user.
+    QFuture<OllamaStatus> refreshOllamaStatus();
 
     // Recording (AppModelRecording.cpp)
     void startRecording(const std::optional<QString>& suggestedTitle);
@@ -231,6 +252,8 @@ private:
     [[nodiscard]] NotionClient notionClient(const QString& token);
     QFuture<bool> fetchNotionDatabase(const QString& token);
     void takeNotionDatabase(const NotionDatabaseInfo& database);
+    bool finishUpdateCheck(const Outcome<UpdateAvailability>& outcome, const UpdateCheckState& previous);
+    [[nodiscard]] QFuture<OllamaStatus> detectOllama();
     void refreshSelectedNotionPageURL();
     // The steps of a sync, in this order.
     void beginNotionSync(const std::shared_ptr<NotionSync>& sync, const Outcome<QString>& token);
@@ -258,6 +281,8 @@ private:
     SpeakerReviewPart m_speakerReview;
     VoiceProfilesPart m_voiceProfiles;
     NotionPart m_notion;
+    UpdatesPart m_updates;
+    LocalModelPart m_localModel;
     // Runs that were compared with the known voices since the start, whatever came of it: once is enough.
     std::set<QString> m_matchedRunIDs;
     std::deque<ProfileRename> m_profileRenames;

@@ -58,6 +58,8 @@ void AppModel::reloadMeetings() {
 
 void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
     m_library.setSelectedSidebarItem(item);
+    if (item && item->kind == SidebarItem::Kind::settings)
+        checkForUpdatesIfNeeded();
     if (!item || item->kind != SidebarItem::Kind::meeting)
         return;
     if (const auto meeting = m_library.find(item->meetingID))

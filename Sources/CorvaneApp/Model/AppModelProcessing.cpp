@@ -5,7 +5,6 @@
 #include "CorvaneCore/Jobs/WorkerEnvironment.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
-#include "CorvaneCore/Settings/DefaultDiarizationSettings.h"
 
 #include <QtConcurrentRun>
 
@@ -47,8 +46,7 @@ QFuture<std::optional<QString>> AppModel::processCurrentAudio() {
     wish.shownItem = m_library.selectedSidebarItem();
 
     // The token store may take seconds to answer, or not to; the main loop does not wait for it.
-    const WorkerEnvironment environment{
-        m_services.tokenStore, m_services.defaults->boolean(defaultsKeys::useOllamaSpeakerContext).value_or(false)};
+    const WorkerEnvironment environment{m_services.tokenStore, m_localModel.useOllamaSpeakerContext()};
     m_jobs.setIsLaunching(true);
     return QtConcurrent::run([environment] { return environment.values(); })
         .then(this, [this, wish](const ProcessEnvironment& values) {

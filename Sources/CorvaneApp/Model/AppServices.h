@@ -11,10 +11,13 @@
 #include "CorvaneCore/Interfaces/FileTree.h"
 #include "CorvaneCore/Interfaces/FrontmostApplication.h"
 #include "CorvaneCore/Interfaces/HttpClient.h"
+#include "CorvaneCore/Interfaces/MachineProbe.h"
 #include "CorvaneCore/Interfaces/ProcessLauncher.h"
 #include "CorvaneCore/Interfaces/SecretStoring.h"
 #include "CorvaneCore/Interfaces/UserDefaults.h"
 #include "CorvaneCore/Interfaces/Workspace.h"
+#include "CorvaneCore/Services/AppVersion.h"
+#include "CorvaneCore/Services/InfoDictionary.h"
 
 #include <memory>
 #include <optional>
@@ -40,11 +43,18 @@ struct AppServices {
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<FrontmostApplicationReader> frontmostApplication;
     std::shared_ptr<CallNotices> callNotices;
+    std::shared_ptr<MachineProbe> machine;
 
     // Of the running process, for finding the worker.
     ProcessEnvironment environment;
     QString currentDirectory;
     std::optional<QString> bundleResourceDirectory;
+
+    InfoDictionary info;                  // of this build
+    OperatingSystemVersion systemVersion; // to hold against what an update requires
+    QUrl ollamaAddress;                   // empty: nobody is asked
+    std::vector<QString> ollamaLocations;
+    QString speechModelDirectory; // of the worker that comes along
 
     // New and resumed recordings alike. A crash costs a part of the open chunk at most.
     double chunkDurationSeconds = 90.0;

@@ -22,6 +22,12 @@ struct HttpHeader {
     friend bool operator==(const HttpHeader&, const HttpHeader&) = default;
 };
 
+// Which redirects of a GET are followed; those of any other request never are.
+enum class HttpRedirects {
+    sameOrigin,  // within scheme, host and port: the headers may hold a secret
+    notLessSafe, // anywhere, but never from HTTPS to HTTP; for requests that carry nothing
+};
+
 struct HttpRequest {
     QByteArray method; // in capitals
     QUrl url;
@@ -30,6 +36,7 @@ struct HttpRequest {
     // How long nothing at all may move in either direction. An exchange that does move may take ten times as long.
     std::chrono::milliseconds timeout = std::chrono::seconds(60);
     qint64 maximumAnswerBytes = 32LL * 1024 * 1024;
+    HttpRedirects redirects = HttpRedirects::sameOrigin;
 };
 
 struct HttpAnswer {
@@ -74,8 +81,7 @@ public:
     // follows to the object that asks: send(...).then(this, ...). Canceling the future ends the exchange.
     //
     // A request with a body, be it an empty one, is sent once, whatever happens to the connection, since the other side
-    // may have acted on it. A redirect is followed only of a GET without a body and only within its scheme, host and
-    // port: the headers may hold a secret. No cookie, cache or password is kept.
+    // may have acted on it. No cookie, cache or password is kept. This machine is spoken to without a proxy.
     [[nodiscard]] virtual QFuture<Outcome<HttpAnswer>> send(const HttpRequest& request) = 0;
 };
 

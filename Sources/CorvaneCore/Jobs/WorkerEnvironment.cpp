@@ -2,14 +2,15 @@
 
 #include "CorvaneContract/Jobs/WorkerArguments.h"
 #include "CorvaneCore/Interfaces/SecretStoring.h"
+#include "CorvaneCore/Services/Ollama.h"
 
 namespace corvane {
 
 ProcessEnvironment WorkerEnvironment::values() const {
     ProcessEnvironment values{
         {workerEnvironment::llm, useOllama ? QStringLiteral("ollama") : QStringLiteral("off")},
-        {workerEnvironment::ollamaEndpoint, QStringLiteral("http://127.0.0.1:11434")},
-        {workerEnvironment::ollamaModel, QStringLiteral("qwen3:1.7b")},
+        {workerEnvironment::ollamaEndpoint, ollamaAddress},
+        {workerEnvironment::ollamaModel, ollamaModelName},
         {workerEnvironment::ollamaTimeout, QStringLiteral("45")},
         {workerEnvironment::ollamaContextSize, QStringLiteral("8192")},
     };

@@ -16,6 +16,7 @@
 #include "Support/PrintQt.h"
 
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneCore/Settings/DefaultsKeys.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 
 #include <QCoreApplication>
@@ -27,7 +28,10 @@ namespace corvane {
 
 class ModelFixture {
 public:
-    explicit ModelFixture(AppPaths location) : m_paths(std::move(location)) {}
+    // No test asks for updates or for a local model unless it sets out to.
+    explicit ModelFixture(AppPaths location) : m_paths(std::move(location)) {
+        defaults->set(defaultsKeys::updateAutomaticChecksEnabled, false);
+    }
 
     std::shared_ptr<FakeTokenStore> tokens = std::make_shared<FakeTokenStore>();
     std::shared_ptr<InMemoryUserDefaults> defaults = std::make_shared<InMemoryUserDefaults>();
@@ -42,6 +46,11 @@ public:
     std::shared_ptr<FakeFrontmostApplicationReader> frontmostApplication =
         std::make_shared<FakeFrontmostApplicationReader>();
     std::shared_ptr<FakeCallNotices> callNotices = std::make_shared<FakeCallNotices>();
+    InfoDictionary info;
+    OperatingSystemVersion systemVersion;
+    QUrl ollamaAddress;
+    std::vector<QString> ollamaLocations;
+    Surface surface = Surface::window;
     QString worker; // an executable file, or "" for none
 
     // Starts the application, or starts it again.
@@ -60,9 +69,16 @@ public:
                              .clock = clock,
                              .frontmostApplication = frontmostApplication,
                              .callNotices = callNotices,
+                             .machine = nullptr,
                              .environment = {{u"CORVANE_WORKER_PATH"_s, worker}},
                              .currentDirectory = u"/nowhere"_s,
-                             .bundleResourceDirectory = std::nullopt};
+                             .bundleResourceDirectory = std::nullopt,
+                             .info = info,
+                             .systemVersion = systemVersion,
+                             .ollamaAddress = ollamaAddress,
+                             .ollamaLocations = ollamaLocations,
+                             .speechModelDirectory = {},
+                             .surface = surface};
         m_model = std::make_unique<AppModel>(m_paths, std::move(services));
         return *m_model;
     }

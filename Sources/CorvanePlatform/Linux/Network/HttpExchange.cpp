@@ -42,14 +42,19 @@ private:
     QByteArray m_content;
 };
 
+QNetworkRequest::RedirectPolicy redirectPolicy(const HttpRequest& request) {
+    if (request.method != "GET" || request.body)
+        return QNetworkRequest::ManualRedirectPolicy;
+    return request.redirects == HttpRedirects::sameOrigin ? QNetworkRequest::SameOriginRedirectPolicy
+                                                          : QNetworkRequest::NoLessSafeRedirectPolicy;
+}
+
 QNetworkRequest networkRequest(const HttpRequest& request) {
     QNetworkRequest result(request.url);
     result.setRawHeader("User-Agent", "Corvane");
     for (const HttpHeader& header : request.headers)
         result.setRawHeader(header.name, header.value);
-    const bool mayFollow = request.method == "GET" && !request.body;
-    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                        mayFollow ? QNetworkRequest::SameOriginRedirectPolicy : QNetworkRequest::ManualRedirectPolicy);
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, redirectPolicy(request));
     for (const auto attribute :
          {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
           QNetworkRequest::AuthenticationReuseAttribute})
@@ -155,12 +160,16 @@ void HttpExchange::readMore() {
 void HttpExchange::replyFinished() {
     const auto error = m_reply->error();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool isRedirect = status >= 300 && status < 400;
+    const bool leadsSomewhere = m_reply->hasRawHeader("Location");
     // The library finds that it cannot send the body of a request again only after it was told to go elsewhere.
-    if (status >= 300 && status < 400 && m_reply->hasRawHeader("Location")) {
+    if (isRedirect && leadsSomewhere) {
         fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
         return;
     }
-    if (!isAnswer(error, status)) {
+    // The library takes a redirect to nowhere for one to a protocol that it does not know.
+    const bool leadsNowhere = isRedirect && error == QNetworkReply::ProtocolUnknownError;
+    if (!leadsNowhere && !isAnswer(error, status)) {
         fail(kindOf(error), failureText(*m_reply));
         return;
     }

@@ -2,7 +2,9 @@
 
 #include "CorvanePlatform/Linux/Network/HttpExchange.h"
 
+#include <QHostAddress>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 
 #include <algorithm>
 
@@ -23,6 +25,27 @@ bool isUsable(const HttpRequest& request) {
                        [](const HttpHeader& one) { return isPlain(one.name) && isPlain(one.value); });
 }
 
+// Under a name that is reserved for never existing (RFC 6761); no name server has to hear of it.
+bool isNowhere(const QUrl& url) {
+    const QString host = url.host();
+    return host == u"invalid" || host.endsWith(u".invalid");
+}
+
+QFuture<Outcome<HttpAnswer>> refused(HttpError::Kind kind, const QString& text) {
+    return QtFuture::makeReadyFuture(Outcome<HttpAnswer>(std::make_exception_ptr(HttpError(kind, text))));
+}
+
+// The system's proxies, but for this machine itself: a proxy elsewhere would answer for another one.
+class ProxiesBeyondThisMachine final : public QNetworkProxyFactory {
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override {
+        const QString host = query.peerHostName();
+        if (host == u"localhost" || QHostAddress(host).isLoopback())
+            return {QNetworkProxy(QNetworkProxy::NoProxy)};
+        return systemProxyForQuery(query);
+    }
+};
+
 } // namespace
 
 QtHttpClient::QtHttpClient() = default;
@@ -34,10 +57,13 @@ QtHttpClient::~QtHttpClient() {
 
 QFuture<Outcome<HttpAnswer>> QtHttpClient::send(const HttpRequest& request) {
     if (!isUsable(request))
-        return QtFuture::makeReadyFuture(Outcome<HttpAnswer>(std::make_exception_ptr(
-            HttpError(HttpError::Kind::unusableRequest, QStringLiteral("The address or a header cannot be used.")))));
-    if (!m_network)
+        return refused(HttpError::Kind::unusableRequest, QStringLiteral("The address or a header cannot be used."));
+    if (isNowhere(request.url))
+        return refused(HttpError::Kind::connection, QStringLiteral("Host %1 not found").arg(request.url.host()));
+    if (!m_network) {
         m_network = std::make_unique<QNetworkAccessManager>();
+        m_network->setProxyFactory(new ProxiesBeyondThisMachine); // owned by the manager
+    }
     return HttpExchange::start(*m_network, request);
 }
 

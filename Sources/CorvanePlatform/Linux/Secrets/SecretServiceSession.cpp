@@ -1,7 +1,5 @@
 #include "CorvanePlatform/Linux/Secrets/SecretServiceSession.h"
 
-#include <unistd.h>
-
 namespace corvane {
 
 namespace {
@@ -65,25 +63,11 @@ private:
     GError* m_error = nullptr;
 };
 
-// Whether a bus is named or lies where it should. Without one GLib would start one, which nobody ends again and which
-// no keyring is on.
-bool isSessionBusKnown() {
-    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return !address.startsWith("autolaunch:");
-    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    return runtime.startsWith('/') && ::access((runtime + "/bus").constData(), F_OK) == 0;
-}
-
 GObjectPointer<GDBusConnection> connectToBus(GCancellable* cancellable) {
-    GObjectPointer<GDBusConnection> connection;
-    if (isSessionBusKnown())
-        connection.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
+    auto connection = connectToSessionBus(cancellable);
     if (!connection)
         throwKeychainError(g_cancellable_is_cancelled(cancellable) ? KeychainStatus::timedOut
                                                                    : KeychainStatus::noSessionBus);
-    // GLib would otherwise end the whole process, a recording included, when the bus goes away.
-    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
     return connection;
 }
 

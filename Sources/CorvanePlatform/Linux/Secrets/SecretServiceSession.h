@@ -2,6 +2,7 @@
 // over it. All calls block until they are cancelled; confined to one thread, which has its own GMainContext.
 #pragma once
 
+#include "CorvanePlatform/Linux/Bus/SessionBus.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 
 #include <QByteArray>
@@ -12,12 +13,6 @@
 #include <vector>
 
 namespace corvane {
-
-struct UnrefObject {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template<typename T>
-using GObjectPointer = std::unique_ptr<T, UnrefObject>;
 
 class SecretServiceSession {
 public:

@@ -6,9 +6,7 @@
 
 #include <cstring>
 #include <functional>
-#include <future>
 #include <system_error>
-#include <thread>
 
 namespace corvane {
 
@@ -21,45 +19,15 @@ const KeychainTokenStore::Account KeychainTokenStore::notion{"NOTION_TOKEN", "Co
 
 namespace {
 
-class OwnMainContext {
-public:
-    OwnMainContext() : m_context(g_main_context_new()) { g_main_context_push_thread_default(m_context); }
-    OwnMainContext(const OwnMainContext&) = delete;
-    OwnMainContext& operator=(const OwnMainContext&) = delete;
-    ~OwnMainContext() {
-        // What the proxies left to be freed later.
-        while (g_main_context_iteration(m_context, FALSE) != FALSE) {
-        }
-        g_main_context_pop_thread_default(m_context);
-        g_main_context_unref(m_context);
-    }
-
-private:
-    GMainContext* m_context;
-};
-
-// Runs a job on a thread of its own. At the deadline the job is cancelled; one that does not even come back from that
-// is left to itself, which is safe as it owns everything it works on.
 template<typename Result>
-Result within(std::chrono::milliseconds deadline, std::function<Result(GCancellable*)> job) {
-    constexpr std::chrono::milliseconds timeToCancel(500);
-    const std::shared_ptr<GCancellable> cancellable(g_cancellable_new(), UnrefObject());
-    std::packaged_task<Result()> task([job = std::move(job), cancellable] {
-        const OwnMainContext context;
-        return job(cancellable.get());
-    });
-    auto result = task.get_future();
+Result askKeyring(std::chrono::milliseconds deadline, std::function<Result(GCancellable*)> job) {
     try {
-        std::thread(std::move(task)).detach();
+        return within<Result>(deadline, std::move(job));
+    } catch (const DeadlineError&) {
+        throwKeychainError(KeychainStatus::timedOut);
     } catch (const std::system_error& error) {
         throwKeychainError(KeychainStatus::failed, QString::fromUtf8(error.what()));
     }
-    if (result.wait_for(deadline) != std::future_status::ready) {
-        g_cancellable_cancel(cancellable.get());
-        if (result.wait_for(timeToCancel) != std::future_status::ready)
-            throwKeychainError(KeychainStatus::timedOut);
-    }
-    return result.get();
 }
 
 void wipe(QByteArray& secret) {
@@ -72,13 +40,13 @@ KeychainTokenStore::KeychainTokenStore(std::chrono::milliseconds deadline, Keyri
     : m_deadline(deadline), m_prompt(prompt) {}
 
 bool KeychainTokenStore::has(const Account& account) const {
-    return within<bool>(m_deadline, [name = account.name, prompt = m_prompt](GCancellable* cancellable) {
+    return askKeyring<bool>(m_deadline, [name = account.name, prompt = m_prompt](GCancellable* cancellable) {
         return SecretServiceSession(name, prompt, cancellable).contains();
     });
 }
 
 std::optional<QString> KeychainTokenStore::read(const Account& account) const {
-    return within<std::optional<QString>>(
+    return askKeyring<std::optional<QString>>(
         m_deadline, [name = account.name, prompt = m_prompt](GCancellable* cancellable) -> std::optional<QString> {
             auto secret = SecretServiceSession(name, prompt, cancellable).secret();
             if (!secret)
@@ -94,20 +62,20 @@ void KeychainTokenStore::save(const Account& account, const QString& token) cons
     const QString trimmed = token.trimmed();
     if (trimmed.isEmpty())
         return remove(account);
-    within<void>(m_deadline,
-                 [account, prompt = m_prompt, secret = trimmed.toUtf8()](GCancellable* cancellable) mutable {
-                     try {
-                         SecretServiceSession(account.name, prompt, cancellable).store(account.label, secret);
-                     } catch (const TokenStoreError&) {
+    askKeyring<void>(m_deadline,
+                     [account, prompt = m_prompt, secret = trimmed.toUtf8()](GCancellable* cancellable) mutable {
+                         try {
+                             SecretServiceSession(account.name, prompt, cancellable).store(account.label, secret);
+                         } catch (const TokenStoreError&) {
+                             wipe(secret);
+                             throw;
+                         }
                          wipe(secret);
-                         throw;
-                     }
-                     wipe(secret);
-                 });
+                     });
 }
 
 void KeychainTokenStore::remove(const Account& account) const {
-    within<void>(m_deadline, [name = account.name, prompt = m_prompt](GCancellable* cancellable) {
+    askKeyring<void>(m_deadline, [name = account.name, prompt = m_prompt](GCancellable* cancellable) {
         SecretServiceSession(name, prompt, cancellable).clear();
     });
 }
