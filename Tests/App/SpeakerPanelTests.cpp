@@ -187,10 +187,14 @@ TEST(SpeakersPanel, TheDialogCreatesAProfileOnceAndOnlyWithAName) {
 TEST(TranscriptPanel, ShowsAndCopiesTurnsWithTheNamesOnScreen) {
     QStringList clipboard;
     TranscriptPanelModel panel([&](const QString& text) { clipboard << text; });
-    panel.show(twoSpeakers(), {{ada, q(" Ada ")}, {bob, q(" ")}}, MeetingAudio::absent);
-    ASSERT_EQ(panel.rows().size(), 2U);
-    EXPECT_EQ(panel.rows()[1].timestampButton.helpText, q("Play meeting from 01:02:06"));
-    EXPECT_FALSE(panel.rows()[1].timestampButton.isEnabled);
+    panel.showResult(twoSpeakers());
+    panel.showNames({{ada, q(" Ada ")}, {bob, q(" ")}});
+    TranscriptRowsModel& rows = panel.rows();
+    ASSERT_EQ(rows.rowCount({}), 2);
+    EXPECT_EQ(rows.index(1).data(TranscriptRowsModel::timestampHelp).toString(), q("Play meeting from 01:02:06"));
+    EXPECT_FALSE(rows.index(1).data(TranscriptRowsModel::canPlay).toBool());
+    panel.showAudio(MeetingAudio::present);
+    EXPECT_TRUE(rows.index(1).data(TranscriptRowsModel::canPlay).toBool());
     panel.copyTranscript();
     EXPECT_EQ(panel.copyAccessibilityLabel(), q("Transcript copied"));
     EXPECT_THAT(clipboard, ElementsAre(q("[00:00:00] Ada: Hello there\n[01:02:06] SPEAKER_01: Yes")));
@@ -201,17 +205,32 @@ TEST(TranscriptPanel, ABlankTranscriptLeavesTheClipboardAlone) {
     TranscriptPanelModel panel([&](const QString& text) { clipboard << text; });
     TranscriptResult blank;
     blank.segments = {{0, 1, q(" \n"), ada}};
-    panel.show(blank, {}, MeetingAudio::present);
-    EXPECT_THAT(panel.rows(), IsEmpty());
+    panel.showResult(blank);
+    EXPECT_EQ(panel.rows().rowCount({}), 0);
     EXPECT_TRUE(panel.canCopy());
     panel.copyTranscript();
     EXPECT_THAT(clipboard, IsEmpty());
     EXPECT_FALSE(panel.transcriptCopied());
 }
 
+TEST(TranscriptPanel, MarksTheTurnThatIsHeard) {
+    TranscriptPanelModel panel([](const QString&) {});
+    panel.showResult(twoSpeakers());
+    const auto rowAt = [&](double seconds) {
+        panel.showPlayed(seconds);
+        return panel.playedRow();
+    };
+    EXPECT_EQ(rowAt(-1), -1);
+    EXPECT_EQ(rowAt(0), 0);
+    EXPECT_EQ(rowAt(3725), 0) << "a pause belongs to the turn before it";
+    EXPECT_EQ(rowAt(100000), 1);
+    panel.clear();
+    EXPECT_EQ(panel.playedRow(), -1);
+}
+
 TEST(TranscriptPanel, TheTickOfTheCopyButtonGoesACertainTimeAfterTheLastCopy) {
     TranscriptPanelModel panel([](const QString&) {});
-    panel.show(twoSpeakers(), {}, MeetingAudio::present);
+    panel.showResult(twoSpeakers());
     QStringList icons;
     QObject::connect(&panel, &TranscriptPanelModel::transcriptCopiedChanged, [&] { icons << panel.copyIconName(); });
     const auto runLoopWhile = [](auto condition) {
