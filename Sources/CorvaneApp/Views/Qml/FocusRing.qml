@@ -2,7 +2,7 @@
 import QtQuick
 
 Rectangle {
-    required property Item control
+    required property var control
 
     anchors.fill: parent
     anchors.margins: -Theme.focusWidth - 1

@@ -11,8 +11,7 @@ FocusScope {
     required property var detail // MeetingDetailModel
 
     function editTitle() {
-        if (list.headerItem)
-            list.headerItem.editTitle()
+        (list.headerItem as MeetingHeader).editTitle()
     }
 
     ListView {

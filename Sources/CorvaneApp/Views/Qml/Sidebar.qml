@@ -54,10 +54,10 @@ Rectangle {
             T.ScrollBar.vertical: ScrollLine {
             }
 
-            Keys.onReturnPressed: if (currentItem) currentItem.select()
-            Keys.onSpacePressed: if (currentItem) currentItem.select()
-            Keys.onMenuPressed: if (currentItem) currentItem.openMenu()
-            Keys.onDeletePressed: if (currentItem) root.sidebar.deleteMeeting(currentItem.meetingID)
+            Keys.onReturnPressed: (currentItem as SidebarItemRow)?.select()
+            Keys.onSpacePressed: (currentItem as SidebarItemRow)?.select()
+            Keys.onMenuPressed: (currentItem as SidebarItemRow)?.openMenu()
+            Keys.onDeletePressed: if (currentItem) root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
 
             delegate: SidebarItemRow {
                 width: ListView.view.width

@@ -10,7 +10,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(size, size)
+    sourceSize.width: size
+    sourceSize.height: size
     source: name === "" ? "" : "image://symbol/" + name + "/" + symbol.color.toString().slice(1)
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true
