@@ -10,8 +10,12 @@ using namespace std::chrono_literals;
 
 MainWindowModel::MainWindowModel(AppModel& model, const Clock& clock,
                                  TranscriptPanelModel::PutOnClipboard putOnClipboard, QObject* parent)
-    : QObject(parent), m_model(model), m_sidebar(model, clock), m_detail(model, std::move(putOnClipboard)) {
-    connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this, &MainWindowModel::pageChanged);
+    : QObject(parent),
+      m_model(model),
+      m_sidebar(model, clock),
+      m_detail(model, std::move(putOnClipboard)),
+      m_speakerProfiles(model) {
+    connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this, &MainWindowModel::showPage);
     connect(&m_model.library(), &LibraryPart::meetingsChanged, &m_sidebar, &SidebarModel::refresh);
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, &m_sidebar, &SidebarModel::refresh);
     // "just now" does not stay true.
@@ -19,6 +23,16 @@ MainWindowModel::MainWindowModel(AppModel& model, const Clock& clock,
     connect(&m_refreshSidebar, &QTimer::timeout, &m_sidebar, &SidebarModel::refresh);
     m_refreshSidebar.start();
     m_sidebar.refresh();
+    showPage();
+}
+
+// A page is told before the view makes it, and told that it goes before the view takes it down.
+void MainWindowModel::showPage() {
+    if (page() == QStringLiteral("speakerProfiles"))
+        m_speakerProfiles.appear();
+    else
+        m_speakerProfiles.leave();
+    Q_EMIT pageChanged();
 }
 
 QString MainWindowModel::page() const {

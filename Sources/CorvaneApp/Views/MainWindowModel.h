@@ -4,6 +4,7 @@
 
 #include "CorvaneApp/Views/MeetingDetailModel.h"
 #include "CorvaneApp/Views/SidebarModel.h"
+#include "CorvaneApp/Views/SpeakerProfilesPageModel.h"
 
 #include <QUrl>
 
@@ -14,6 +15,7 @@ class MainWindowModel final : public QObject {
     Q_PROPERTY(QString page READ page NOTIFY pageChanged)
     Q_PROPERTY(corvane::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(corvane::MeetingDetailModel* detail READ detail CONSTANT)
+    Q_PROPERTY(corvane::SpeakerProfilesPageModel* speakerProfiles READ speakerProfiles CONSTANT)
 
 public:
     // Borrows model and clock, which outlive it.
@@ -24,6 +26,7 @@ public:
     [[nodiscard]] QString page() const;
     [[nodiscard]] SidebarModel* sidebar() { return &m_sidebar; }
     [[nodiscard]] MeetingDetailModel* detail() { return &m_detail; }
+    [[nodiscard]] SpeakerProfilesPageModel* speakerProfiles() { return &m_speakerProfiles; }
 
     // Files that were dropped on the window; what is no file of this machine is passed over.
     Q_INVOKABLE void importDropped(const QList<QUrl>& files);
@@ -32,9 +35,12 @@ Q_SIGNALS:
     void pageChanged();
 
 private:
+    void showPage();
+
     AppModel& m_model;
     SidebarModel m_sidebar;
     MeetingDetailModel m_detail;
+    SpeakerProfilesPageModel m_speakerProfiles;
     QTimer m_refreshSidebar;
 };
 

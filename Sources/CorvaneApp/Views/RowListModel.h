@@ -50,9 +50,21 @@ public:
 
     void update(std::vector<Row> rows) {
         const auto before = m_rows.size();
-        removeMissing(rows);
+        QHash<QString, int> places;
+        for (const Row& row : rows)
+            places.insert(m_key(row), static_cast<int>(places.size()));
+        removeMissing(places);
         for (std::size_t i = 0; i < rows.size(); ++i)
-            put(std::move(rows[i]), i);
+            put(std::move(rows[i]), i, places);
+        if (m_rows.size() != before)
+            Q_EMIT countChanged();
+    }
+    // For rows that have little to do with the present ones: the view begins anew.
+    void replace(std::vector<Row> rows) {
+        const auto before = m_rows.size();
+        beginResetModel();
+        m_rows = std::move(rows);
+        endResetModel();
         if (m_rows.size() != before)
             Q_EMIT countChanged();
     }
@@ -61,13 +73,12 @@ protected:
     [[nodiscard]] const void* rowAt(int index) const override { return &m_rows[static_cast<std::size_t>(index)]; }
 
 private:
-    void removeMissing(const std::vector<Row>& rows) {
-        QHash<QString, bool> kept;
-        for (const Row& row : rows)
-            kept.insert(m_key(row), true);
+    using Position = typename std::vector<Row>::iterator;
+
+    void removeMissing(const QHash<QString, int>& places) {
         for (int i = count() - 1; i >= 0; --i) {
             const auto at = m_rows.begin() + i;
-            if (kept.contains(m_key(*at)))
+            if (places.contains(m_key(*at)))
                 continue;
             beginRemoveRows({}, i, i);
             m_rows.erase(at);
@@ -75,9 +86,10 @@ private:
         }
     }
 
-    void put(Row row, std::size_t index) {
+    void put(Row row, std::size_t index, const QHash<QString, int>& places) {
         const auto target = m_rows.begin() + static_cast<std::ptrdiff_t>(index);
-        const auto found = std::find_if(target, m_rows.end(), [&](const Row& one) { return m_key(one) == m_key(row); });
+        const auto found =
+            std::find_if(target, m_rows.end(), [&, key = m_key(row)](const Row& one) { return m_key(one) == key; });
         const int at = static_cast<int>(index);
         if (found == m_rows.end()) {
             beginInsertRows({}, at, at);
@@ -85,17 +97,27 @@ private:
             endInsertRows();
             return;
         }
-        if (found != target) {
-            const int from = static_cast<int>(std::distance(m_rows.begin(), found));
-            beginMoveRows({}, from, from, {}, at);
-            std::rotate(target, found, std::next(found));
-            endMoveRows();
-        }
+        if (found != target)
+            makeRoom(target, found, places);
         Row& present = m_rows[index];
         if (present == row)
             return;
         present = std::move(row);
         Q_EMIT dataChanged(QAbstractListModel::index(at), QAbstractListModel::index(at));
+    }
+
+    // One row that goes far down would otherwise be passed by every row below it, one move for each.
+    void makeRoom(Position target, Position found, const QHash<QString, int>& places) {
+        const auto placeOf = [this](Position row) { return static_cast<int>(std::distance(m_rows.begin(), row)); };
+        if (found == std::next(target)) {
+            const int last = std::min(places.value(m_key(*target)), count() - 1);
+            beginMoveRows({}, placeOf(target), placeOf(target), {}, last + 1);
+            std::rotate(target, found, m_rows.begin() + last + 1);
+        } else {
+            beginMoveRows({}, placeOf(found), placeOf(found), {}, placeOf(target));
+            std::rotate(target, found, std::next(found));
+        }
+        endMoveRows();
     }
 
     Key m_key;

@@ -76,6 +76,14 @@ T.ApplicationWindow {
                 detail: window.app.detail
                 visible: window.app.page === "meeting"
             }
+            Loader {
+                anchors.fill: parent
+                active: window.app.page === "speakerProfiles"
+                visible: active
+                sourceComponent: SpeakerProfilesView {
+                    page: window.app.speakerProfiles
+                }
+            }
         }
     }
 

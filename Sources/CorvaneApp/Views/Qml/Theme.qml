@@ -70,6 +70,7 @@ QtObject {
     readonly property int controlHeight: Math.round(32 * Math.max(1, textScale))
     readonly property int symbolSize: Math.round(17 * textScale)
     readonly property int columnWidth: 860
+    readonly property int wideColumnWidth: 900
 
     // Form.
     readonly property int smallRadius: 6
