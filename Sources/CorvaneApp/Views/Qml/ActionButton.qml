@@ -14,7 +14,7 @@ T.Button {
     property color tone: isDestructive ? Theme.negative : Theme.text
 
     readonly property color fill: isDestructive ? Theme.negative : Theme.accent
-    readonly property color content: isProminent ? (isDestructive ? Theme.onNegative : Theme.onAccent) : tone
+    readonly property color content: isProminent ? (isDestructive ? Theme.negativeContent : Theme.accentContent) : tone
 
     implicitHeight: Theme.controlHeight
     implicitWidth: Math.max(implicitHeight, row.implicitWidth + leftPadding + rightPadding)
@@ -67,7 +67,7 @@ T.Button {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: Theme.tint(control.isProminent ? Theme.onAccent : Theme.secondary, control.down ? Theme.pressOpacity : Theme.hoverOpacity)
+            color: Theme.tint(control.isProminent ? Theme.accentContent : Theme.secondary, control.down ? Theme.pressOpacity : Theme.hoverOpacity)
             visible: control.enabled && (control.hovered || control.down)
         }
         FocusRing {

@@ -13,7 +13,7 @@ TextEdit {
     persistentSelection: false
     activeFocusOnPress: true
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentContent
     Accessible.role: Accessible.StaticText
     Accessible.name: text
     Accessible.readOnly: true

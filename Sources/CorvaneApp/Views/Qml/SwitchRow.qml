@@ -49,7 +49,7 @@ T.Switch {
             width: parent.height - 6
             height: width
             radius: width / 2
-            color: control.checked ? Theme.onAccent : Theme.controlLine
+            color: control.checked ? Theme.accentContent : Theme.controlLine
 
             Behavior on x {
                 NumberAnimation {

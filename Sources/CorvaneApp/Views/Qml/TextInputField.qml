@@ -16,7 +16,7 @@ T.TextField {
     color: Theme.text
     placeholderTextColor: Theme.secondary
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentContent
     font.pixelSize: Theme.bodySize
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true

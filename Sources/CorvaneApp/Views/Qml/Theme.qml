@@ -11,7 +11,8 @@ QtObject {
     property bool isDark: false
     property bool isMotionReduced: false
 
-    // Colour. Warm paper and ink, one teal accent; red belongs to recording, deleting and failing.
+    // Colour. Warm paper and ink, one teal accent; red belongs to recording, deleting and failing. No name begins with
+    // "on" and a capital: that would declare a handler of a signal, and the colour would stay black.
     readonly property color window: isDark ? "#15181c" : "#f6f4f0"
     readonly property color sidebar: isDark ? "#111316" : "#ebe8e1"
     readonly property color surface: isDark ? "#1e2227" : "#ffffff"
@@ -21,10 +22,10 @@ QtObject {
     readonly property color text: isDark ? "#edeff1" : "#1c2126"
     readonly property color secondary: isDark ? "#a3adb8" : "#5a636d"
     readonly property color accent: isDark ? "#6cc5c9" : "#17666d"
-    readonly property color onAccent: isDark ? "#0c1719" : "#ffffff"
+    readonly property color accentContent: isDark ? "#0c1719" : "#ffffff"
     readonly property color positive: isDark ? "#74c993" : "#23754a"
     readonly property color negative: isDark ? "#ff8a7d" : "#b3261e"
-    readonly property color onNegative: isDark ? "#2a0907" : "#ffffff"
+    readonly property color negativeContent: isDark ? "#2a0907" : "#ffffff"
     readonly property color shadow: isDark ? "#66000000" : "#24000000"
     readonly property color scrim: isDark ? "#99000000" : "#59000000"
 
