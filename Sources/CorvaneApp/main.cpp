@@ -4,6 +4,7 @@
 #include "CorvaneApp/Composition/TerminationSignals.h"
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
+#include "CorvaneApp/Views/Window/PanelCallNotices.h"
 #include "CorvaneContract/Process/Locale.h"
 #include "CorvaneCore/Services/DebugCommand.h"
 #include "CorvanePlatform/Null/FixedDesktopPreferences.h"
@@ -36,9 +37,11 @@ int runApplication(int& argc, char** argv, const corvane::AppPaths& paths, corva
     const corvane::TerminationSignals signals;
     QObject::connect(&signals, &corvane::TerminationSignals::received, &application, &QCoreApplication::quit);
     const auto clock = services.clock;
+    const auto preferences = std::make_shared<corvane::FixedDesktopPreferences>();
+    services.callNotices =
+        corvane::callNoticesFor(QGuiApplication::platformName(), std::move(services.callNotices), preferences);
     corvane::AppModel model(paths, std::move(services));
-    corvane::DashboardWindowController window(model, clock, std::make_shared<corvane::FixedDesktopPreferences>(),
-                                              windowStateFile());
+    corvane::DashboardWindowController window(model, clock, preferences, windowStateFile());
     window.show();
     return QCoreApplication::exec();
 }

@@ -82,4 +82,12 @@ QtObject {
     // Motion, in milliseconds.
     readonly property int quick: isMotionReduced ? 0 : 110
     readonly property int calm: isMotionReduced ? 0 : 200
+
+    // The question about a call.
+    readonly property int noticeRadius: 18
+    readonly property int noticeSlide: 100
+    readonly property int noticeDuration: 220
+    readonly property int noticeSymbolSize: 24
+    readonly property int noticeSymbolFrame: 28
+    readonly property int noticeTextSize: Math.round(13 * textScale)
 }

@@ -20,6 +20,13 @@ const QString maximizedKey = QStringLiteral("maximized");
 
 } // namespace
 
+bool isDark(const DesktopPreferences& preferences) {
+    if (preferences.colorScheme() != ColorScheme::noPreference)
+        return preferences.colorScheme() == ColorScheme::dark;
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
 Appearance::Appearance(std::shared_ptr<DesktopPreferences> preferences, QString stateFile, QObject* parent)
     : QObject(parent), m_preferences(std::move(preferences)), m_stateFile(std::move(stateFile)) {
     connect(m_preferences.get(), &DesktopPreferences::changed, this, &Appearance::preferencesChanged);
@@ -34,13 +41,6 @@ bool Appearance::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange)
         Q_EMIT preferencesChanged();
     return QObject::eventFilter(watched, event);
-}
-
-bool Appearance::isDark() const {
-    if (m_preferences->colorScheme() != ColorScheme::noPreference)
-        return m_preferences->colorScheme() == ColorScheme::dark;
-    const QPalette palette = QGuiApplication::palette();
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
 void Appearance::setSidebarWidth(double width) {

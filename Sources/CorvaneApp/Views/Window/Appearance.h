@@ -11,6 +11,9 @@
 
 namespace corvane {
 
+// Where the desktop has no preference the toolkit's palette decides.
+[[nodiscard]] bool isDark(const DesktopPreferences& preferences);
+
 class Appearance final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isDark READ isDark NOTIFY preferencesChanged)
@@ -21,7 +24,7 @@ public:
     // `stateFile` need not exist; one that cannot be written is forgotten with the process.
     Appearance(std::shared_ptr<DesktopPreferences> preferences, QString stateFile, QObject* parent = nullptr);
 
-    [[nodiscard]] bool isDark() const;
+    [[nodiscard]] bool isDark() const { return corvane::isDark(*m_preferences); }
     [[nodiscard]] bool isMotionReduced() const { return m_preferences->isMotionReduced(); }
     [[nodiscard]] double sidebarWidth() const { return m_sidebarWidth; } // device-independent pixels
     void setSidebarWidth(double width);

@@ -1,8 +1,7 @@
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
 
 #include "CorvaneApp/Views/MainWindowModel.h"
-#include "CorvaneApp/Views/Window/RenderBackend.h"
-#include "CorvaneApp/Views/Window/SymbolImageProvider.h"
+#include "CorvaneApp/Views/Window/ViewEngine.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 
 #include <QClipboard>
@@ -13,11 +12,6 @@
 #include <QQuickWindow>
 
 #include <iostream>
-
-// The views are part of a static library, whose resources the linker takes only if they are named.
-static void takeViews() {
-    Q_INIT_RESOURCE(qmlcache_CorvaneAppWindow);
-}
 
 namespace corvane {
 
@@ -52,11 +46,7 @@ bool DashboardWindowController::isShown() const {
 }
 
 bool DashboardWindowController::make() {
-    takeViews();
-    chooseRenderBackend();
-    m_engine = std::make_unique<QQmlEngine>();
-    m_engine->addImportPath(QStringLiteral("qrc:/"));
-    m_engine->addImageProvider(QStringLiteral("symbol"), new SymbolImageProvider); // the engine owns it
+    m_engine = makeViewEngine();
     m_windowModel = std::make_unique<MainWindowModel>(
         m_model, *m_clock, [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
 
