@@ -1,5 +1,6 @@
 #include "CorvaneApp/Views/Window/RenderBackend.h"
 
+#include <QDir>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -9,7 +10,21 @@ namespace corvane {
 
 namespace {
 
+// Asking the graphics library costs some 70 MB that never come back, even if it then answers that it has no hardware.
+bool hasGraphicsHardware() {
+    const QDir devices(QStringLiteral("/dev"));
+    return !QDir(QStringLiteral("/dev/dri"))
+                .entryList({QStringLiteral("render*"), QStringLiteral("card*")}, QDir::System)
+                .isEmpty() ||
+           !devices
+                .entryList({QStringLiteral("nvidia[0-9]*"), QStringLiteral("mali*"), QStringLiteral("dxg")},
+                           QDir::System)
+                .isEmpty();
+}
+
 bool isDrawnByHardware() {
+    if (!hasGraphicsHardware())
+        return false;
     QOpenGLContext context;
     if (!context.create())
         return false;
