@@ -14,7 +14,8 @@ MainWindowModel::MainWindowModel(AppModel& model, const Clock& clock,
       m_model(model),
       m_sidebar(model, clock),
       m_detail(model, std::move(putOnClipboard)),
-      m_speakerProfiles(model) {
+      m_speakerProfiles(model),
+      m_shortcuts(model, m_sidebar, m_detail, m_speakerProfiles) {
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this, &MainWindowModel::showPage);
     connect(&m_model.library(), &LibraryPart::meetingsChanged, &m_sidebar, &SidebarModel::refresh);
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, &m_sidebar, &SidebarModel::refresh);

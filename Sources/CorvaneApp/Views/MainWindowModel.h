@@ -2,6 +2,7 @@
 // window's controller, on the main thread.
 #pragma once
 
+#include "CorvaneApp/Views/KeyboardShortcuts.h"
 #include "CorvaneApp/Views/MeetingDetailModel.h"
 #include "CorvaneApp/Views/SidebarModel.h"
 #include "CorvaneApp/Views/SpeakerProfilesPageModel.h"
@@ -16,6 +17,7 @@ class MainWindowModel final : public QObject {
     Q_PROPERTY(corvane::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(corvane::MeetingDetailModel* detail READ detail CONSTANT)
     Q_PROPERTY(corvane::SpeakerProfilesPageModel* speakerProfiles READ speakerProfiles CONSTANT)
+    Q_PROPERTY(corvane::KeyboardShortcutsModel* shortcuts READ shortcuts CONSTANT)
 
 public:
     // Borrows model and clock, which outlive it.
@@ -27,6 +29,7 @@ public:
     [[nodiscard]] SidebarModel* sidebar() { return &m_sidebar; }
     [[nodiscard]] MeetingDetailModel* detail() { return &m_detail; }
     [[nodiscard]] SpeakerProfilesPageModel* speakerProfiles() { return &m_speakerProfiles; }
+    [[nodiscard]] KeyboardShortcutsModel* shortcuts() { return &m_shortcuts; }
 
     // Files that were dropped on the window; what is no file of this machine is passed over.
     Q_INVOKABLE void importDropped(const QList<QUrl>& files);
@@ -41,6 +44,7 @@ private:
     SidebarModel m_sidebar;
     MeetingDetailModel m_detail;
     SpeakerProfilesPageModel m_speakerProfiles;
+    KeyboardShortcutsModel m_shortcuts;
     QTimer m_refreshSidebar;
 };
 

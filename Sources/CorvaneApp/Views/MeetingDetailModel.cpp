@@ -3,6 +3,7 @@
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneApp/Views/PanelText.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace corvane {
@@ -242,6 +243,27 @@ void MeetingDetailModel::press(int action) {
         m_model.openLocalData();
         break;
     }
+}
+
+bool MeetingDetailModel::pressIfEnabled(MeetingAction action) {
+    refresh(); // a key may come before the turn of the loop in which the panels follow
+    std::vector<PanelButton> buttons = m_controls;
+    const auto add = [&buttons](const std::vector<PanelButton>& more) {
+        buttons.insert(buttons.end(), more.begin(), more.end());
+    };
+    if (m_isSessionVisible) {
+        add(m_inProgress.buttons);
+    } else {
+        add(m_status.secondaryButtons);
+        if (m_status.primaryButton)
+            buttons.push_back(*m_status.primaryButton);
+    }
+    const bool isEnabled = std::any_of(buttons.begin(), buttons.end(), [&](const PanelButton& button) {
+        return button.isEnabled && button.action == static_cast<int>(action);
+    });
+    if (isEnabled)
+        press(static_cast<int>(action));
+    return isEnabled;
 }
 
 void MeetingDetailModel::beginTitleEditing() {

@@ -79,6 +79,8 @@ public:
 
     // `action` is that of one of the panels' buttons.
     Q_INVOKABLE void press(int action);
+    // False, and nothing happens, where no panel has an enabled button for it now.
+    bool pressIfEnabled(MeetingAction action);
     // While the title has the keyboard a refresh leaves it alone; leaving the field takes its text as the new title.
     Q_INVOKABLE void beginTitleEditing();
     Q_INVOKABLE void endTitleEditing(const QString& text);

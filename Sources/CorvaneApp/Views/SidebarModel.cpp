@@ -4,6 +4,8 @@
 #include "CorvaneApp/Views/PanelText.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 
+#include <algorithm>
+
 namespace corvane {
 
 namespace {
@@ -78,6 +80,12 @@ std::vector<SidebarFooterButton> SidebarModel::makeFooter() const {
 
 void SidebarModel::reload() {
     m_model.reloadMeetings();
+}
+
+int SidebarModel::selectedRow() const {
+    const auto& rows = m_meetings.rows();
+    const auto found = std::find_if(rows.begin(), rows.end(), [](const SidebarRow& row) { return row.isSelected; });
+    return found == rows.end() ? -1 : static_cast<int>(std::distance(rows.begin(), found));
 }
 
 void SidebarModel::selectMeeting(const QString& meetingID) {

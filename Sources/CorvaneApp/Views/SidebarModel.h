@@ -72,6 +72,8 @@ public:
     void refresh();
 
     Q_INVOKABLE void reload();
+    // -1 if none is selected.
+    Q_INVOKABLE int selectedRow() const;
     Q_INVOKABLE void selectMeeting(const QString& meetingID);
     Q_INVOKABLE void selectFooterItem(int item);
     Q_INVOKABLE void showInFileManager(const QString& meetingID);

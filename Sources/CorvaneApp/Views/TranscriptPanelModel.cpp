@@ -121,6 +121,12 @@ void TranscriptPanelModel::copyTranscript() {
         Q_EMIT transcriptCopiedChanged();
 }
 
+void TranscriptPanelModel::copyTurn(int row) {
+    const auto& turns = m_rows.turns();
+    if (row >= 0 && static_cast<std::size_t>(row) < turns.size())
+        m_putOnClipboard(transcriptClipboardText({turns[static_cast<std::size_t>(row)]}, m_rows.names()));
+}
+
 QString TranscriptPanelModel::copyIconName() const {
     return transcriptCopied() ? QStringLiteral("checkmark") : QStringLiteral("doc.on.doc");
 }

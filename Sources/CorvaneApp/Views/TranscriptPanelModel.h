@@ -78,6 +78,7 @@ public:
 
     // Copies the turns with the names on screen. Does nothing if nothing was said.
     Q_INVOKABLE void copyTranscript();
+    Q_INVOKABLE void copyTurn(int row);
     // True from a copy until 1.2 seconds after the last one.
     [[nodiscard]] bool transcriptCopied() const { return m_copied.isActive(); }
     [[nodiscard]] QString copyIconName() const;

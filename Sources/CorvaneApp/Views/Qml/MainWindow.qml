@@ -42,6 +42,7 @@ T.ApplicationWindow {
             Layout.maximumWidth: 360
             sidebar: window.app.sidebar
             onRenameRequested: detail.editTitle()
+            onShortcutsRequested: sheet.open()
         }
         Rectangle {
             Layout.fillHeight: true
@@ -65,7 +66,9 @@ T.ApplicationWindow {
                 }
             }
         }
-        Item {
+        FocusScope {
+            id: pages
+
             Layout.fillWidth: true
             Layout.fillHeight: true
 
@@ -85,6 +88,42 @@ T.ApplicationWindow {
                 }
             }
         }
+    }
+
+    Instantiator {
+        model: window.app.shortcuts.commands
+
+        delegate: Shortcut {
+            required property var modelData
+
+            sequences: modelData.keys
+            onActivated: window.app.shortcuts.run(modelData.command)
+        }
+    }
+    Connections {
+        target: window.app.shortcuts
+        function onRenameRequested() {
+            sidebar.selectFocused()
+            detail.editTitle()
+        }
+        function onMeetingListRequested() {
+            sidebar.focusList()
+        }
+        function onNextPaneRequested() {
+            if (pages.activeFocus)
+                sidebar.focusList()
+            else
+                pages.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        }
+        function onSheetRequested() {
+            sheet.open()
+        }
+    }
+    ShortcutsSheet {
+        id: sheet
+
+        parent: T.Overlay.overlay
+        sections: window.app.shortcuts.sections
     }
 
     DropArea {

@@ -18,6 +18,13 @@ FocusScope {
         id: list
 
         readonly property int side: Math.max(Theme.wide, (width - Theme.columnWidth) / 2)
+        // The one row that Tab reaches: where the keyboard was last, or the first on screen.
+        readonly property int tabStop: currentIndex >= 0 ? currentIndex : Math.max(0, indexAt(side + 1, contentY + 1), indexAt(side + 1, contentY + spacing + 1))
+
+        function moveTo(row) {
+            currentIndex = Math.max(0, Math.min(count - 1, row))
+            currentItem.forceActiveFocus(Qt.TabFocusReason)
+        }
 
         anchors.fill: parent
         anchors.bottomMargin: controls.height
@@ -26,6 +33,9 @@ FocusScope {
         reuseItems: true
         cacheBuffer: 400
         spacing: 10
+        currentIndex: -1
+        highlightMoveDuration: 0
+        keyNavigationEnabled: false
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
         Accessible.name: root.detail.transcript.title
@@ -44,6 +54,16 @@ FocusScope {
             x: list.side
             width: list.width - 2 * list.side
             isPlayed: root.detail.transcript.playedRow === index
+            isTabStop: ListView.view.tabStop === index
+            onActiveFocusChanged: {
+                if (activeFocus) {
+                    ListView.view.currentIndex = index
+                    ListView.view.positionViewAtIndex(index, ListView.Contain)
+                }
+            }
+            Keys.onUpPressed: list.moveTo(index - 1)
+            Keys.onDownPressed: list.moveTo(index + 1)
+            onCopyRequested: root.detail.transcript.copyTurn(index)
             onPlayRequested: root.detail.playFrom(startSeconds)
         }
 

@@ -8,6 +8,16 @@ Rectangle {
 
     required property var sidebar // SidebarModel
     signal renameRequested
+    signal shortcutsRequested
+
+    function focusList() {
+        list.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+    // The meeting that the keyboard is on becomes the one that is shown.
+    function selectFocused() {
+        if (list.activeFocus && list.currentItem)
+            (list.currentItem as SidebarItemRow).select()
+    }
 
     color: Theme.sidebar
 
@@ -31,6 +41,13 @@ Rectangle {
                 Accessible.role: Accessible.Heading
             }
             ActionButton {
+                symbolName: "keyboard"
+                helpText: qsTr("Keyboard shortcuts")
+                isBare: true
+                tone: Theme.secondary
+                onClicked: root.shortcutsRequested()
+            }
+            ActionButton {
                 symbolName: "arrow.clockwise"
                 helpText: qsTr("Refresh meetings")
                 isBare: true
@@ -47,6 +64,7 @@ Rectangle {
             reuseItems: true
             activeFocusOnTab: true
             keyNavigationEnabled: true
+            highlightMoveDuration: 0
             currentIndex: -1
             boundsBehavior: Flickable.StopAtBounds
             Accessible.role: Accessible.List
@@ -54,7 +72,24 @@ Rectangle {
             T.ScrollBar.vertical: ScrollLine {
             }
 
+            // The keyboard begins where the user looks: at the meeting that is shown.
+            onActiveFocusChanged: {
+                if (activeFocus && currentIndex < 0)
+                    currentIndex = Math.max(0, root.sidebar.selectedRow())
+            }
+            Keys.onPressed: event => {
+                if (event.key === Qt.Key_Home)
+                    currentIndex = Math.min(0, count - 1)
+                else if (event.key === Qt.Key_End)
+                    currentIndex = count - 1
+                else if (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier && currentItem)
+                    (currentItem as SidebarItemRow).openMenu()
+                else
+                    return
+                event.accepted = true
+            }
             Keys.onReturnPressed: (currentItem as SidebarItemRow)?.select()
+            Keys.onEnterPressed: (currentItem as SidebarItemRow)?.select()
             Keys.onSpacePressed: (currentItem as SidebarItemRow)?.select()
             Keys.onMenuPressed: (currentItem as SidebarItemRow)?.openMenu()
             Keys.onDeletePressed: if (currentItem) root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)

@@ -27,6 +27,7 @@ T.ItemDelegate {
     focusPolicy: Qt.NoFocus
     onClicked: {
         ListView.view.currentIndex = index
+        ListView.view.forceActiveFocus(Qt.MouseFocusReason)
         row.picked()
     }
     onPressAndHold: row.openMenu()

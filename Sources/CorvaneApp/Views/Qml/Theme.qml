@@ -72,6 +72,7 @@ QtObject {
     readonly property int symbolSize: Math.round(17 * textScale)
     readonly property int columnWidth: 860
     readonly property int wideColumnWidth: 900
+    readonly property int sheetWidth: 780
 
     // Form.
     readonly property int smallRadius: 6

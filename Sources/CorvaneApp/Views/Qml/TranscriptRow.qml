@@ -12,11 +12,25 @@ FocusScope {
     required property string speakerName
     required property string turnText
     property bool isPlayed: false
+    property bool isTabStop: false
     signal playRequested
+    signal copyRequested
 
     implicitHeight: words.y + words.implicitHeight + Theme.tight
+    activeFocusOnTab: isTabStop
     Accessible.role: Accessible.ListItem
     Accessible.name: timestampText + ", " + speakerName + ": " + turnText
+    Accessible.focusable: true
+    Accessible.onPressAction: if (canPlay) playRequested()
+    Keys.onReturnPressed: if (canPlay) playRequested()
+    Keys.onEnterPressed: if (canPlay) playRequested()
+    Keys.onSpacePressed: if (canPlay) playRequested()
+    Keys.onPressed: event => {
+        if (event.matches(StandardKey.Copy)) {
+            row.copyRequested()
+            event.accepted = true
+        }
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -26,6 +40,17 @@ FocusScope {
         radius: Theme.smallRadius
         color: Theme.tint(Theme.accent, 0.12)
         visible: row.isPlayed
+    }
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -Theme.tight
+        anchors.leftMargin: -Theme.small
+        anchors.rightMargin: -Theme.small
+        radius: Theme.smallRadius
+        color: "transparent"
+        border.width: Theme.focusWidth
+        border.color: Theme.accent
+        visible: row.activeFocus && !words.activeFocus
     }
     Text {
         id: time
@@ -37,17 +62,10 @@ FocusScope {
         font.pixelSize: Theme.captionSize
         font.family: Theme.monospace
         font.underline: row.canPlay
-        activeFocusOnTab: row.canPlay
         Accessible.role: Accessible.Button
         Accessible.name: row.timestampHelp
-        Accessible.focusable: row.canPlay
         Accessible.onPressAction: if (row.canPlay) row.playRequested()
-        Keys.onReturnPressed: if (row.canPlay) row.playRequested()
-        Keys.onSpacePressed: if (row.canPlay) row.playRequested()
 
-        FocusRing {
-            control: time
-        }
         HoverHandler {
             id: hover
 
