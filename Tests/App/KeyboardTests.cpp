@@ -2,19 +2,29 @@
 
 #include "CorvaneApp/Views/KeyboardShortcuts.h"
 
+#include <QClipboard>
 #include <QKeySequence>
 #include <QSet>
 
-#include <iostream>
-
 using namespace corvane;
-using testing::Contains;
-using testing::IsSupersetOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
 class KeyboardTest : public WindowTest {
 protected:
+    void showMeetingOfTurns(int turns) {
+        makeRun("run", "Weekly", "meeting-1", 1'700'000'000);
+        TranscriptResult result;
+        for (int i = 0; i < turns; ++i)
+            result.segments.push_back({10.0 * i, 10.0 * i + 5, u"Turn %1"_s.arg(i), i % 2 ? u"B"_s : u"A"_s});
+        data.write(u"run"_s, runFiles::result, encodeTranscriptResult(result));
+        writeFileAtomically(data.recording(u"meeting-1.wav"_s), "sound");
+        fixture.audioPlayers->durationSeconds = 1e6;
+        show();
+        ASSERT_TRUE(loopUntil([this] { return has(u"Copy transcript"_s); }));
+    }
     // What Tab comes by until it is back where it began.
     [[nodiscard]] QStringList tabRoad() const {
         QStringList road;
@@ -48,10 +58,83 @@ TEST(KeyboardShortcuts, NoKeyHasTwoMeaningsAndEachIsAKey) {
     }
 }
 
-TEST_F(KeyboardTest, TabComesByEveryControlInTheOrderOfTheEye) {
-    makeRun("2026-01-01T10-00-00", "Weekly", "meeting-1", 1'700'000'000);
-    show();
+TEST_F(KeyboardTest, TabComesByEveryControlInTheOrderOfTheEyeAndByOneTurn) {
+    showMeetingOfTurns(40);
     const QStringList road = tabRoad();
-    for (const QString& one : road)
-        std::cerr << one.toStdString() << "\n";
+    EXPECT_THAT(road, ElementsAre(u"Keyboard shortcuts"_s, u"Refresh meetings"_s, testing::_, u"Speaker Profiles"_s,
+                                  u"Settings"_s, u"Meeting name"_s, u"Play Meeting"_s, u"Reprocess"_s, u"Open Files"_s,
+                                  testing::_, u"Processing Details"_s, u"Copy transcript"_s, u"00:00:00, A: Turn 0"_s,
+                                  u"New Recording"_s, u"Import"_s, u"Local Data"_s));
+}
+
+TEST_F(KeyboardTest, ArrowsGoFromTurnToTurnAndReturnPlays) {
+    showMeetingOfTurns(300);
+    find(u"Copy transcript"_s)->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    for (int i = 0; i < 200; ++i)
+        press(Qt::Key_Down);
+    EXPECT_TRUE(focused().endsWith(u": Turn 200"_s)) << focused().toStdString();
+    press(Qt::Key_Return);
+    EXPECT_THAT(fixture.audioPlayers->heard, ElementsAre(u"play meeting-1.wav at 2000"_s));
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(u"Turn 200"_s));
+}
+
+TEST_F(KeyboardTest, ATranscriptThatComesLeavesTheKeyboardInTheTitle) {
+    showMeetingOfTurns(3);
+    find(u"Copy transcript"_s)->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Down); // a turn is current
+    press(Qt::Key_F2);
+    EXPECT_EQ(focused(), u"Meeting name"_s);
+    TranscriptResult other;
+    other.segments.push_back({0, 1, u"New"_s, u"A"_s});
+    model->detail().setTranscript(other, u"New"_s);
+    ASSERT_NE(find(u"00:00:00, A: New"_s), nullptr);
+    EXPECT_EQ(focused(), u"Meeting name"_s);
+}
+
+TEST_F(KeyboardTest, ShortcutsDoWhatTheirButtonsWouldDoAndNothingBehindAQuestion) {
+    showMeetingOfTurns(1);
+    press(Qt::Key_F1);
+    ASSERT_TRUE(loopUntil([this] { return focused() == u"Close"_s; }));
+    press(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_FALSE(model->recording().recordingState().isActive());
+    press(Qt::Key_Tab); // goes nowhere else
+    EXPECT_EQ(focused(), u"Close"_s);
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(loopUntil([this] { return !has(u"Close"_s); }));
+    press(Qt::Key_P, Qt::ControlModifier);
+    press(Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_FALSE(model->recording().recordingState().isActive());
+    press(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_EQ(model->recording().recordingState().kind, RecordingState::Kind::recording);
+    press(Qt::Key_P, Qt::ControlModifier);
+    EXPECT_EQ(model->recording().recordingState().kind, RecordingState::Kind::paused);
+    press(Qt::Key_P, Qt::ControlModifier);
+    EXPECT_EQ(model->recording().recordingState().kind, RecordingState::Kind::recording);
+}
+
+TEST_F(KeyboardTest, TheListOfMeetingsIsDrivenByKeys) {
+    makeRun("a", "Older", "meeting-1", 1'600'000'000);
+    makeRun("b", "Newer", "meeting-2", 1'700'000'000);
+    show();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::settings());
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::meeting(u"meeting-2"_s));
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::meeting(u"meeting-1"_s));
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    ASSERT_TRUE(loopUntil([this] { return has(u"Show in Finder"_s); }));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(loopUntil([this] { return focused().startsWith(u"Older"_s); })) << focused().toStdString();
+    press(Qt::Key_F6);
+    EXPECT_EQ(focused(), u"Meeting name"_s);
+    press(Qt::Key_F6);
+    press(Qt::Key_Delete);
+    ASSERT_TRUE(loopUntil([this] { return focused() == u"Cancel"_s; }));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(loopUntil([this] { return focused().startsWith(u"Older"_s); })) << focused().toStdString();
 }

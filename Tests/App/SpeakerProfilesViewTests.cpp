@@ -56,16 +56,16 @@ TEST_F(SpeakerProfilesViewTest, TypedTextSurvivesARefreshAndTheRowKeepsTheKeyboa
 
 TEST_F(SpeakerProfilesViewTest, OfManyPeopleOnlyThoseOnScreenAreMade) {
     QStringList names;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 120; ++i)
         names.append(u"Person %1"_s.arg(i, 3, 10, QLatin1Char('0')));
     showPeople(names);
-    auto* row = find(u"Person 299"_s);
+    auto* row = find(u"Person 000"_s);
     ASSERT_NE(row, nullptr);
     EXPECT_THAT(row->parentItem()->childItems().size(), Lt(40));
-    find(u"Display name, Person 299"_s)->forceActiveFocus(Qt::TabFocusReason);
+    find(u"Display name, Person 000"_s)->forceActiveFocus(Qt::TabFocusReason);
     for (int i = 0; i < 60; ++i)
         press(Qt::Key_Down);
-    EXPECT_EQ(focused(), u"Display name, Person 239"_s);
+    EXPECT_EQ(focused(), u"Display name, Person 060"_s);
     EXPECT_THAT(row->parentItem()->childItems().size(), Lt(60));
 }
 

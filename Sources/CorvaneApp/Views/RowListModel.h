@@ -109,8 +109,8 @@ private:
     // One row that goes far down would otherwise be passed by every row below it, one move for each.
     void makeRoom(Position target, Position found, const QHash<QString, int>& places) {
         const auto placeOf = [this](Position row) { return static_cast<int>(std::distance(m_rows.begin(), row)); };
-        if (found == std::next(target)) {
-            const int last = std::min(places.value(m_key(*target)), count() - 1);
+        const int last = std::min(places.value(m_key(*target)), count() - 1);
+        if (found == std::next(target) && last > placeOf(found)) {
             beginMoveRows({}, placeOf(target), placeOf(target), {}, last + 1);
             std::rotate(target, found, m_rows.begin() + last + 1);
         } else {

@@ -33,7 +33,7 @@ Window {
         value: window.isMotionReduced
     }
 
-    NumberAnimation on y {
+    NumberAnimation on y  {
         running: window.visible && !window.isMotionReduced
         from: window.frame.y - Theme.noticeSlide
         to: window.frame.y

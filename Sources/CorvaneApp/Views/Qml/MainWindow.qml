@@ -61,8 +61,8 @@ T.ApplicationWindow {
                 preventStealing: true
                 onPressed: mouse => grabbedAt = mouse.x
                 onPositionChanged: mouse => {
-                    const moved = (mouse.x - grabbedAt) * (window.LayoutMirroring.enabled ? -1 : 1)
-                    window.preferences.sidebarWidth = Math.max(240, Math.min(360, sidebar.width + moved))
+                    const moved = (mouse.x - grabbedAt) * (window.LayoutMirroring.enabled ? -1 : 1);
+                    window.preferences.sidebarWidth = Math.max(240, Math.min(360, sidebar.width + moved));
                 }
             }
         }
@@ -103,20 +103,20 @@ T.ApplicationWindow {
     Connections {
         target: window.app.shortcuts
         function onRenameRequested() {
-            sidebar.selectFocused()
-            detail.editTitle()
+            sidebar.selectFocused();
+            detail.editTitle();
         }
         function onMeetingListRequested() {
-            sidebar.focusList()
+            sidebar.focusList();
         }
         function onNextPaneRequested() {
             if (pages.activeFocus)
-                sidebar.focusList()
+                sidebar.focusList();
             else
-                pages.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+                pages.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
         }
         function onSheetRequested() {
-            sheet.open()
+            sheet.open();
         }
     }
     ShortcutsSheet {
@@ -130,8 +130,8 @@ T.ApplicationWindow {
         anchors.fill: parent
         keys: ["text/uri-list"]
         onDropped: drop => {
-            window.app.importDropped(drop.urls)
-            drop.accept(Qt.CopyAction)
+            window.app.importDropped(drop.urls);
+            drop.accept(Qt.CopyAction);
         }
 
         Rectangle {

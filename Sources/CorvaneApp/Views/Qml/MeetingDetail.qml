@@ -11,7 +11,7 @@ FocusScope {
     required property var detail // MeetingDetailModel
 
     function editTitle() {
-        (list.headerItem as MeetingHeader).editTitle()
+        (list.headerItem as MeetingHeader).editTitle();
     }
 
     ListView {
@@ -22,8 +22,8 @@ FocusScope {
         readonly property int tabStop: currentIndex >= 0 ? currentIndex : Math.max(0, indexAt(side + 1, contentY + 1), indexAt(side + 1, contentY + spacing + 1))
 
         function moveTo(row) {
-            currentIndex = Math.max(0, Math.min(count - 1, row))
-            currentItem.forceActiveFocus(Qt.TabFocusReason)
+            currentIndex = Math.max(0, Math.min(count - 1, row));
+            currentItem.forceActiveFocus(Qt.TabFocusReason);
         }
 
         anchors.fill: parent
@@ -54,11 +54,11 @@ FocusScope {
             x: list.side
             width: list.width - 2 * list.side
             isPlayed: root.detail.transcript.playedRow === index
-            isTabStop: ListView.view.tabStop === index
+            isTabStop: list.tabStop === index || activeFocus
             onActiveFocusChanged: {
                 if (activeFocus) {
-                    ListView.view.currentIndex = index
-                    ListView.view.positionViewAtIndex(index, ListView.Contain)
+                    list.currentIndex = index;
+                    list.positionViewAtIndex(index, ListView.Contain);
                 }
             }
             Keys.onUpPressed: list.moveTo(index - 1)
@@ -70,9 +70,9 @@ FocusScope {
         Connections {
             target: root.detail.transcript
             function onPlayedRowChanged() {
-                const row = root.detail.transcript.playedRow
+                const row = root.detail.transcript.playedRow;
                 if (row >= 0 && !list.moving)
-                    list.positionViewAtIndex(row, ListView.Contain)
+                    list.positionViewAtIndex(row, ListView.Contain);
             }
         }
     }
@@ -105,7 +105,7 @@ FocusScope {
     Connections {
         target: root.detail
         function onImportRequested() {
-            importDialog.open()
+            importDialog.open();
         }
     }
 
@@ -114,18 +114,21 @@ FocusScope {
         visible: root.detail.isAskingNotionReplacement
         title: qsTr("Notion page already exists")
         message: qsTr("A page for this meeting ID was found in the configured Notion database.")
-        answers: [
-            { text: qsTr("Replace"), isProminent: true },
-            { text: qsTr("Create New") },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Replace"),
+                "isProminent": true
+            }, {
+                "text": qsTr("Create New")
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => {
             if (index === 0)
-                root.detail.replaceNotionPage()
+                root.detail.replaceNotionPage();
             else if (index === 1)
-                root.detail.createNewNotionPage()
+                root.detail.createNewNotionPage();
             else
-                root.detail.dismissNotionReplacement()
+                root.detail.dismissNotionReplacement();
         }
     }
 }

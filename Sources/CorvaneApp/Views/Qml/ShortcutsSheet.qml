@@ -58,7 +58,7 @@ T.Dialog {
                 id: flick
 
                 function scroll(direction) {
-                    contentY = Math.max(0, Math.min(contentHeight - height, contentY + direction * Theme.controlHeight))
+                    contentY = Math.max(0, Math.min(contentHeight - height, contentY + direction * Theme.controlHeight));
                 }
 
                 Layout.fillWidth: true

@@ -11,12 +11,12 @@ Rectangle {
     signal shortcutsRequested
 
     function focusList() {
-        list.forceActiveFocus(Qt.ShortcutFocusReason)
+        list.forceActiveFocus(Qt.ShortcutFocusReason);
     }
     // The meeting that the keyboard is on becomes the one that is shown.
     function selectFocused() {
         if (list.activeFocus && list.currentItem)
-            (list.currentItem as SidebarItemRow).select()
+            (list.currentItem as SidebarItemRow).select();
     }
 
     color: Theme.sidebar
@@ -75,29 +75,30 @@ Rectangle {
             // The keyboard begins where the user looks: at the meeting that is shown.
             onActiveFocusChanged: {
                 if (activeFocus && currentIndex < 0)
-                    currentIndex = Math.max(0, root.sidebar.selectedRow())
+                    currentIndex = Math.max(0, root.sidebar.selectedRow());
             }
             Keys.onPressed: event => {
                 if (event.key === Qt.Key_Home)
-                    currentIndex = Math.min(0, count - 1)
+                    currentIndex = Math.min(0, count - 1);
                 else if (event.key === Qt.Key_End)
-                    currentIndex = count - 1
+                    currentIndex = count - 1;
                 else if (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier && currentItem)
-                    (currentItem as SidebarItemRow).openMenu()
+                    (currentItem as SidebarItemRow).openMenu();
                 else
-                    return
-                event.accepted = true
+                    return;
+                event.accepted = true;
             }
             Keys.onReturnPressed: (currentItem as SidebarItemRow)?.select()
             Keys.onEnterPressed: (currentItem as SidebarItemRow)?.select()
             Keys.onSpacePressed: (currentItem as SidebarItemRow)?.select()
             Keys.onMenuPressed: (currentItem as SidebarItemRow)?.openMenu()
-            Keys.onDeletePressed: if (currentItem) root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
+            Keys.onDeletePressed: if (currentItem)
+                root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
 
             delegate: SidebarItemRow {
                 width: ListView.view.width
                 onPicked: root.sidebar.selectMeeting(meetingID)
-                onMenuWanted: (position) => menu.openFor(meetingID, position)
+                onMenuWanted: position => menu.openFor(meetingID, position)
             }
         }
         Rectangle {
@@ -128,16 +129,16 @@ Rectangle {
         title: qsTr("Meeting")
 
         function openFor(wanted, position) {
-            meetingID = wanted
-            const place = root.mapFromItem(null, position.x, position.y)
-            menu.popup(root, place.x, place.y)
+            meetingID = wanted;
+            const place = root.mapFromItem(null, position.x, position.y);
+            menu.popup(root, place.x, place.y);
         }
 
         ContextMenuItem {
             text: qsTr("Rename")
             onTriggered: {
-                root.sidebar.selectMeeting(menu.meetingID)
-                root.renameRequested()
+                root.sidebar.selectMeeting(menu.meetingID);
+                root.renameRequested();
             }
         }
         ContextMenuItem {
@@ -157,10 +158,13 @@ Rectangle {
         visible: root.sidebar.isAskingDeletion
         title: qsTr("Delete meeting?")
         message: qsTr("This removes this meeting's processing runs and its local app recording when available.")
-        answers: [
-            { text: qsTr("Delete"), isProminent: true, isDestructive: true },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Delete"),
+                "isProminent": true,
+                "isDestructive": true
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => index === 0 ? root.sidebar.confirmDeletion() : root.sidebar.cancelDeletion()
     }
 }

@@ -16,19 +16,19 @@ T.ItemDelegate {
     signal menuWanted(point position)
 
     function select() {
-        row.picked()
+        row.picked();
     }
     function openMenu() {
-        row.menuWanted(row.mapToItem(null, row.width / 2, row.height / 2))
+        row.menuWanted(row.mapToItem(null, row.width / 2, row.height / 2));
     }
 
     implicitHeight: column.implicitHeight + 2 * Theme.small
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
     onClicked: {
-        ListView.view.currentIndex = index
-        ListView.view.forceActiveFocus(Qt.MouseFocusReason)
-        row.picked()
+        ListView.view.currentIndex = index;
+        ListView.view.forceActiveFocus(Qt.MouseFocusReason);
+        row.picked();
     }
     onPressAndHold: row.openMenu()
 

@@ -19,28 +19,29 @@ FocusScope {
 
     // What is typed must outlive every refresh: the fields take what is stored once and then go their own way.
     function begin() {
-        row.number = 0
-        nameField.text = row.displayName
-        notesField.text = row.notes
-        enabledSwitch.checked = row.isProfileEnabled
-        row.number = row.page.beginRow(row.profileID)
+        row.number = 0;
+        nameField.text = row.displayName;
+        notesField.text = row.notes;
+        enabledSwitch.checked = row.isProfileEnabled;
+        row.number = row.page.beginRow(row.profileID);
     }
     function end() {
-        row.page.endRow(row.number)
-        row.number = 0
+        row.page.endRow(row.number);
+        row.number = 0;
     }
     function move(by) {
-        const view = row.ListView.view
-        const column = Math.max(0, row.controls.findIndex(control => control.activeFocus))
-        view.currentIndex = Math.max(0, Math.min(view.count - 1, row.index + by))
-        view.currentItem.controls[column].forceActiveFocus(Qt.TabFocusReason)
+        const view = row.ListView.view;
+        const column = Math.max(0, row.controls.findIndex(control => control.activeFocus));
+        view.currentIndex = Math.max(0, Math.min(view.count - 1, row.index + by));
+        (view.currentItem as SpeakerProfileRow).controls[column].forceActiveFocus(Qt.TabFocusReason);
     }
 
     Component.onCompleted: begin()
     Component.onDestruction: end()
     ListView.onReused: begin()
     ListView.onPooled: end()
-    onActiveFocusChanged: if (activeFocus) ListView.view.currentIndex = index
+    onActiveFocusChanged: if (activeFocus)
+        ListView.view.currentIndex = index
     Keys.onUpPressed: move(-1)
     Keys.onDownPressed: move(1)
 
@@ -62,7 +63,7 @@ FocusScope {
             SwitchRow {
                 id: enabledSwitch
 
-                activeFocusOnTab: row.isCurrent
+                activeFocusOnTab: row.isCurrent || row.activeFocus
                 helpText: checked ? qsTr("Disable profile") : qsTr("Enable profile")
                 accessibleName: helpText + ", " + row.displayName
                 onToggled: row.page.toggle(row.number, checked)
@@ -73,7 +74,7 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 220
                 focus: true
-                activeFocusOnTab: row.isCurrent
+                activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Display name")
                 accessibleName: placeholderText + ", " + row.displayName
                 onTextChanged: row.page.setDisplayName(row.number, text)
@@ -84,7 +85,7 @@ FocusScope {
 
                 Layout.fillWidth: true
                 Layout.preferredWidth: 360
-                activeFocusOnTab: row.isCurrent
+                activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Notes")
                 accessibleName: placeholderText + ", " + row.displayName
                 onTextChanged: row.page.setNotes(row.number, text)
@@ -93,7 +94,7 @@ FocusScope {
             ActionButton {
                 id: deleteButton
 
-                activeFocusOnTab: row.isCurrent
+                activeFocusOnTab: row.isCurrent || row.activeFocus
                 symbolName: "trash"
                 helpText: qsTr("Delete")
                 accessibleName: helpText + ", " + row.displayName

@@ -107,7 +107,8 @@ ColumnLayout {
             placeholderText: qsTr("Display name")
             text: stored
             onTextEdited: root.page.newDisplayName = text
-            onStoredChanged: if (text !== stored) text = stored
+            onStoredChanged: if (text !== stored)
+                text = stored
             onAccepted: root.page.createProfile()
         }
         TextInputField {
@@ -118,7 +119,8 @@ ColumnLayout {
             placeholderText: qsTr("Notes")
             text: stored
             onTextEdited: root.page.newNotes = text
-            onStoredChanged: if (text !== stored) text = stored
+            onStoredChanged: if (text !== stored)
+                text = stored
             onAccepted: root.page.createProfile()
         }
         ActionButton {

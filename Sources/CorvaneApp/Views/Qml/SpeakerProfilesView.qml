@@ -48,10 +48,13 @@ FocusScope {
         visible: root.page.isAskingDeletion
         title: qsTr("Delete speaker profile?")
         message: qsTr("This removes the local voice vectors and matching history attached to this profile.")
-        answers: [
-            { text: qsTr("Delete"), isProminent: true, isDestructive: true },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Delete"),
+                "isProminent": true,
+                "isDestructive": true
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => index === 0 ? root.page.confirmDeletion() : root.page.cancelDeletion()
     }
     AlertDialog {
@@ -59,10 +62,13 @@ FocusScope {
         visible: root.page.showDeleteAllConfirmation
         title: qsTr("Delete all voice profiles?")
         message: qsTr("This removes all local voice profiles, stored vectors, and matching history.")
-        answers: [
-            { text: qsTr("Delete All"), isProminent: true, isDestructive: true },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Delete All"),
+                "isProminent": true,
+                "isDestructive": true
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => index === 0 ? root.page.confirmDeleteAll() : root.page.cancelDeleteAll()
     }
 }

@@ -1,7 +1,6 @@
 // The design's tokens: every colour, size, distance, radius and duration of the window stands here and nowhere else.
 // Sizes are in device-independent pixels; text grows with the desktop's own text size.
 pragma Singleton
-
 import QtQuick
 
 QtObject {
@@ -33,19 +32,19 @@ QtObject {
     function tone(name) {
         switch (name) {
         case "accent":
-            return accent
+            return accent;
         case "positive":
-            return positive
+            return positive;
         case "negative":
-            return negative
+            return negative;
         default:
-            return secondary
+            return secondary;
         }
     }
 
     // Of a colour laid over another: what the pointer is on, what is pressed, what is selected.
     function tint(base, opacity) {
-        return Qt.rgba(base.r, base.g, base.b, opacity)
+        return Qt.rgba(base.r, base.g, base.b, opacity);
     }
     readonly property real hoverOpacity: 0.14
     readonly property real pressOpacity: 0.22

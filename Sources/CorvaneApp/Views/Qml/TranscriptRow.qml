@@ -21,14 +21,18 @@ FocusScope {
     Accessible.role: Accessible.ListItem
     Accessible.name: timestampText + ", " + speakerName + ": " + turnText
     Accessible.focusable: true
-    Accessible.onPressAction: if (canPlay) playRequested()
-    Keys.onReturnPressed: if (canPlay) playRequested()
-    Keys.onEnterPressed: if (canPlay) playRequested()
-    Keys.onSpacePressed: if (canPlay) playRequested()
+    Accessible.onPressAction: if (canPlay)
+        playRequested()
+    Keys.onReturnPressed: if (canPlay)
+        playRequested()
+    Keys.onEnterPressed: if (canPlay)
+        playRequested()
+    Keys.onSpacePressed: if (canPlay)
+        playRequested()
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Copy)) {
-            row.copyRequested()
-            event.accepted = true
+            row.copyRequested();
+            event.accepted = true;
         }
     }
 
@@ -64,7 +68,8 @@ FocusScope {
         font.underline: row.canPlay
         Accessible.role: Accessible.Button
         Accessible.name: row.timestampHelp
-        Accessible.onPressAction: if (row.canPlay) row.playRequested()
+        Accessible.onPressAction: if (row.canPlay)
+            row.playRequested()
 
         HoverHandler {
             id: hover

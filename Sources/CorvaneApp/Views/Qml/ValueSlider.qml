@@ -25,10 +25,10 @@ T.Slider {
 
     function step(direction) {
         if (direction > 0)
-            control.increase()
+            control.increase();
         else
-            control.decrease()
-        control.moved()
+            control.decrease();
+        control.moved();
     }
 
     background: Rectangle {

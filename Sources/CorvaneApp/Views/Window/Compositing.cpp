@@ -30,9 +30,9 @@ int screenNumber() {
 // A compositing manager owns the selection that is named after its screen (EWMH, "_NET_WM_CM_Sn").
 bool isComposited() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    xcb_connection_t* connection = x11 ? x11->connection() : nullptr; // none where the toolkit draws on no screen
+    if (!connection)
         return true;
-    xcb_connection_t* connection = x11->connection();
     const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(screenNumber());
     const auto cookie = xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.constData());
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
