@@ -49,7 +49,7 @@ T.Dialog {
                     id: closeButton
 
                     symbolName: "xmark"
-                    helpText: qsTr("Close")
+                    accessibleName: qsTr("Close")
                     isBare: true
                     onClicked: sheet.close()
                 }
