@@ -23,7 +23,7 @@ T.Dialog {
     closePolicy: T.Popup.CloseOnEscape
 
     function answer(index) {
-        dialog.answered(index)
+        dialog.answered(index);
     }
     onOpened: buttons.itemAt(dialog.lastAnswer).forceActiveFocus(Qt.TabFocusReason)
     onRejected: dialog.answered(dialog.lastAnswer)

@@ -20,7 +20,7 @@ Card {
             radius: width / 2
             color: card.panel.isRecording ? Theme.negative : Theme.secondary
 
-            SequentialAnimation on opacity {
+            SequentialAnimation on opacity  {
                 running: card.visible && card.panel.isRecording && !Theme.isMotionReduced
                 loops: Animation.Infinite
                 alwaysRunToEnd: true

@@ -8,8 +8,8 @@ ColumnLayout {
     required property var detail // MeetingDetailModel
 
     function editTitle() {
-        titleField.forceActiveFocus(Qt.ShortcutFocusReason)
-        titleField.selectAll()
+        titleField.forceActiveFocus(Qt.ShortcutFocusReason);
+        titleField.selectAll();
     }
 
     spacing: Theme.large
@@ -32,9 +32,9 @@ ColumnLayout {
             onAccepted: root.detail.submitTitle(text)
             onActiveFocusChanged: {
                 if (activeFocus)
-                    root.detail.beginTitleEditing()
+                    root.detail.beginTitleEditing();
                 else
-                    root.detail.endTitleEditing(text)
+                    root.detail.endTitleEditing(text);
             }
 
             // Typing breaks the binding; what the model says afterwards still has to show.
@@ -42,7 +42,7 @@ ColumnLayout {
                 target: root.detail
                 function onTitleChanged() {
                     if (titleField.text !== root.detail.title)
-                        titleField.text = root.detail.title
+                        titleField.text = root.detail.title;
                 }
             }
         }

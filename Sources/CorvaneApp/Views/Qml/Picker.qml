@@ -26,16 +26,16 @@ T.ComboBox {
     function indexFor(wanted) {
         for (let i = 0; i < choices.length; ++i) {
             if (choices[i].value === wanted)
-                return i
+                return i;
         }
-        return -1
+        return -1;
     }
 
     onActivated: index => {
-        const chosen = choices[index].value
-        control.picked(chosen)
+        const chosen = choices[index].value;
+        control.picked(chosen);
         // What is in force is the model's word, also where it refused.
-        control.currentIndex = Qt.binding(() => control.indexFor(control.value))
+        control.currentIndex = Qt.binding(() => control.indexFor(control.value));
     }
 
     Accessible.role: Accessible.ComboBox

@@ -17,7 +17,7 @@ Disclosure {
         target: panel.detail
         function onIsRecordingSessionVisibleChanged() {
             if (panel.detail.isRecordingSessionVisible)
-                panel.isExpanded = true
+                panel.isExpanded = true;
         }
     }
     Component.onCompleted: isExpanded = detail.isRecordingSessionVisible

@@ -105,7 +105,8 @@ Card {
             accessibleName: card.name ? card.name.label + ", " + card.speaker : ""
             text: stored
             onTextEdited: card.speakers.setName(card.speaker, text)
-            onStoredChanged: if (text !== stored) text = stored
+            onStoredChanged: if (text !== stored)
+                text = stored
         }
         ActionButton {
             id: profiles
@@ -149,11 +150,11 @@ Card {
         visible: card.context !== undefined
         title: card.context ? card.context.title : ""
         onToggled: expanded => {
-            context.isExpanded = expanded
+            context.isExpanded = expanded;
             if (expanded)
-                card.speakers.panel.openSpeakerContext(card.speaker)
+                card.speakers.panel.openSpeakerContext(card.speaker);
             else
-                card.speakers.panel.closeSpeakerContext(card.speaker)
+                card.speakers.panel.closeSpeakerContext(card.speaker);
         }
         Component.onCompleted: isExpanded = card.speakers.panel.isSpeakerContextOpen(card.speaker)
 

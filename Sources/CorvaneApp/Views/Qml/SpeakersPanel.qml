@@ -41,16 +41,19 @@ ColumnLayout {
         visible: root.speakers.panel.isCreatingProfile
         title: words.title
         message: words.message
-        answers: [
-            { text: words.createButton.text, isProminent: true, isEnabled: root.speakers.panel.canCreate },
-            { text: words.cancelButton.text }
-        ]
+        answers: [{
+                "text": words.createButton.text,
+                "isProminent": true,
+                "isEnabled": root.speakers.panel.canCreate
+            }, {
+                "text": words.cancelButton.text
+            }]
         onOpened: nameField.forceActiveFocus(Qt.PopupFocusReason)
         onAnswered: index => {
             if (index === 0)
-                root.speakers.panel.confirmProfileCreation()
+                root.speakers.panel.confirmProfileCreation();
             else
-                root.speakers.panel.cancelProfileCreation()
+                root.speakers.panel.cancelProfileCreation();
         }
 
         TextInputField {

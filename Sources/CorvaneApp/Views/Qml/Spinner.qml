@@ -7,7 +7,7 @@ Symbol {
     name: "circle.dotted"
     color: Theme.secondary
 
-    RotationAnimator on rotation {
+    RotationAnimator on rotation  {
         from: 0
         to: 360
         duration: 1400

@@ -14,9 +14,9 @@ RowLayout {
     spacing: Theme.small
 
     function step(by) {
-        const wanted = Math.max(stepper.from, Math.min(stepper.to, stepper.value + by))
+        const wanted = Math.max(stepper.from, Math.min(stepper.to, stepper.value + by));
         if (wanted !== stepper.value)
-            stepper.stepped(wanted)
+            stepper.stepped(wanted);
     }
 
     Label {

@@ -27,8 +27,8 @@ T.Switch {
     Keys.onEnterPressed: flip()
 
     function flip() {
-        control.toggle()
-        control.toggled()
+        control.toggle();
+        control.toggled();
     }
 
     indicator: Rectangle {
@@ -51,7 +51,7 @@ T.Switch {
             radius: width / 2
             color: control.checked ? Theme.accentContent : Theme.controlLine
 
-            Behavior on x {
+            Behavior on x  {
                 NumberAnimation {
                     duration: Theme.quick
                     easing.type: Easing.OutCubic

@@ -20,13 +20,14 @@ Rectangle {
     Accessible.role: Accessible.Notification
     Accessible.name: words.text
 
-    Behavior on opacity {
+    Behavior on opacity  {
         NumberAnimation {
             duration: Theme.calm
         }
     }
     // The text stays while the capsule fades.
-    onMessageChanged: if (message !== "") words.text = message
+    onMessageChanged: if (message !== "")
+        words.text = message
 
     Row {
         id: row
