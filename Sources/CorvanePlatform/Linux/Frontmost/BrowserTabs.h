@@ -30,6 +30,8 @@ private:
         std::optional<BrowserTab> tab = {};
     };
     [[nodiscard]] Reading ask(const FrontWindow& window, const KnownApplication& application, const Deadline& deadline);
+    [[nodiscard]] std::optional<AccessibleObject>
+    frameOf(const FrontWindow& window, const std::vector<AccessibleObject>& applications, const Deadline& deadline);
     [[nodiscard]] std::vector<AccessibleObject> applicationsOf(const FrontWindow& window, Browser browser,
                                                                const Deadline& deadline);
 

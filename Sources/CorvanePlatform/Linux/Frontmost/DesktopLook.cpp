@@ -49,13 +49,18 @@ std::optional<FrontmostApplication> DesktopLook::look(const Deadline& deadline) 
     return application;
 }
 
-// An installed web application has an entry by its instance, while its class is the browser's.
+// An installed web application has an entry by its instance, while its class is the browser's. Of others the class
+// alone counts: the instance is the name of whatever program was started, a terminal perhaps.
 std::optional<QString> DesktopLook::localizedName(const FrontWindow& window,
                                                   const std::optional<KnownApplication>& known,
                                                   const Deadline& deadline) {
-    for (const QString* id : {&window.instance, &window.applicationId})
-        if (auto name = m_entries.name(*id, deadline))
+    const bool mayBeWebApplication =
+        (known && known->browser) || window.instance.startsWith(QLatin1String("crx_"), Qt::CaseInsensitive);
+    if (mayBeWebApplication)
+        if (auto name = m_entries.name(window.instance, deadline))
             return name;
+    if (auto name = m_entries.name(window.applicationId, deadline))
+        return name;
     if (known && known->browser)
         return productNames(*known->browser).front();
     return window.applicationId.isEmpty() ? std::nullopt : std::optional(window.applicationId);
