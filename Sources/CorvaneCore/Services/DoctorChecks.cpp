@@ -104,11 +104,10 @@ DoctorCheck frontWindowCheck(const WindowFacts& facts) {
     case FrontWindowTeller::accessibility:
         return found(check, QStringLiteral("told by accessible programs, of themselves"));
     case FrontWindowTeller::nobody:
-        return amiss(
-            check, State::missing, QStringLiteral("nothing on the desktop tells"),
-            facts.wayland.name.isEmpty()
-                ? fromDesktop
-                : QStringLiteral("have accessibility on, as above, or choose a session of X11 at the login"));
+        return amiss(check, State::missing, QStringLiteral("nothing on the desktop tells"),
+                     facts.wayland.name.isEmpty()
+                         ? fromDesktop
+                         : QStringLiteral("have accessibility on, as above, or choose a session of X11 at the login"));
     case FrontWindowTeller::noAnswer:
         break;
     }
@@ -179,8 +178,10 @@ DoctorChecks checksOf(const KeyringFacts& facts) {
     case KeyringFacts::State::reachable:
         return {found(check, QStringLiteral("reachable"))};
     case KeyringFacts::State::absent:
-        return {amiss(check, State::missing, facts.text,
-                      QStringLiteral("sudo apt install gnome-keyring, then log out and in"))};
+        return {
+            amiss(check, State::missing, facts.text,
+                  QStringLiteral("start Corvane from a desktop session; where that has no keyring, sudo apt install "
+                                 "gnome-keyring, then log out and in"))};
     case KeyringFacts::State::locked:
         return {amiss(check, State::problem, facts.text, unlock)};
     case KeyringFacts::State::failed:
