@@ -66,7 +66,9 @@ public:
     SessionBusFacts sessionBus() override {
         return answer(SessionBusFacts{Presence::present, Presence::present, Presence::present, Presence::present});
     }
-    WindowFacts windows() override { return answer(WindowFacts{{u":0"_s, Presence::present}, {}, FrontWindowTeller::x11, {}}); }
+    WindowFacts windows() override {
+        return answer(WindowFacts{{u":0"_s, Presence::present}, {}, FrontWindowTeller::x11, {}});
+    }
     StorageFacts storage(const QString& directory) override { return answer(StorageFacts{directory, {}, 1LL << 40}); }
     std::optional<QString> program(const QString& name) override { return answer(std::optional(u"/bin/"_s + name)); }
 
