@@ -2,6 +2,7 @@
 // looked at each 2 s, for a minute or for as many seconds as the first argument says, and then half as long with the
 // browser stopped. The limits are 0.5 % of a core and a pause of the main loop of 20 ms; the peer for the pause is the
 // same loop without any look.
+#include "Benchmarks/Measuring.h"
 #include "Support/MainLoop.h"
 #include "Support/PrivateDesktop.h"
 
@@ -11,7 +12,6 @@
 #include <QTimer>
 
 #include <signal.h>
-#include <sys/resource.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -24,15 +24,6 @@ constexpr double limitPercent = 0.5;
 constexpr double limitPauseMilliseconds = 20;
 constexpr std::chrono::milliseconds tickTime{2};
 constexpr std::chrono::seconds pollTime{2};
-
-double processorMilliseconds() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    const auto milliseconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
-}
 
 enum class Ticking { no, yes };
 

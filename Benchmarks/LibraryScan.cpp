@@ -1,7 +1,7 @@
 // What does the list of meetings cost that is rebuilt from the disk each second? Two data directories of finished
 // meetings, each with its run and its draft, are scanned; the peer is a plain stat() of the same files.
+#include "Benchmarks/ManyMeetings.h"
 #include "Benchmarks/Measuring.h"
-#include "Support/Builders/DataDirectoryBuilder.h"
 #include "Support/Builders/ModelFixture.h"
 
 #include "CorvaneCore/Library/MeetingLibrary.h"
@@ -9,51 +9,11 @@
 
 #include <QCoreApplication>
 
-#include <unistd.h>
-
 #include <ctime>
 
 using namespace corvane;
 
 namespace {
-
-void require(bool done, const char* what) {
-    if (!done) {
-        std::perror(what);
-        std::exit(1);
-    }
-}
-
-// 1 MB transcripts are hard links to one file, so that ten thousand meetings take no ten gigabytes.
-void makeMeetings(const DataDirectoryBuilder& data, int count) {
-    const QString shared = data.paths.root + QStringLiteral("/result.json");
-    writeFileAtomically(shared, encodeTranscriptResult(speechResult(6000)));
-    const QByteArray event = "{\"ts\":\"2026-03-02T14:05:33Z\",\"type\":\"job_started\",\"audio\":\"/x.wav\"}\n";
-    const auto writePlainly = [](const QString& path, const QByteArray& content) {
-        QFile file(path);
-        require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), "write");
-    };
-    for (int i = 0; i < count; ++i) {
-        const QString id = uuidText(QUuid::createUuid());
-        RunAppMetadata record;
-        record.title = QStringLiteral("Weekly meeting %1").arg(i);
-        record.audioPath = data.recording(id + QStringLiteral(".wav"));
-        record.meetingID = id;
-        MeetingDraftMetadata draft;
-        draft.title = record.title;
-        draft.audioPath = record.audioPath;
-        const QString run = data.makeRun(uuidText(QUuid::createUuid()));
-        createPrivateDirectory(data.paths.meeting(id));
-        writePlainly(data.paths.meeting(id) + QStringLiteral("/metadata.json"), encodeMeetingDraft(draft));
-        writePlainly(run + QStringLiteral("/app_metadata.json"), encodeRunAppMetadata(record));
-        writePlainly(runFiles::in(run, runFiles::jobState),
-                     encodeWorkerJobState({.status = QStringLiteral("completed"), .message = {}, .outputs = {}}));
-        writePlainly(runFiles::in(run, runFiles::events), event.repeated(20));
-        require(::link(QFile::encodeName(shared).constData(),
-                       QFile::encodeName(runFiles::in(run, runFiles::result)).constData()) == 0,
-                "link");
-    }
-}
 
 // The same files that a scan has to look at: each run with its two documents.
 std::vector<QByteArray> scannedFiles(const AppPaths& paths, const FileTree& files) {

@@ -1,6 +1,8 @@
 // What the benchmarks share: a stopwatch, a median, and one form of line for a figure beside its limit and its peer.
 #pragma once
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -23,6 +25,16 @@ template<typename Work>
         times.push_back(milliseconds(work));
     std::nth_element(times.begin(), times.begin() + repetitions / 2, times.end());
     return times[static_cast<std::size_t>(repetitions / 2)];
+}
+
+// What this process has used of the processor so far, in all of its threads.
+[[nodiscard]] inline double processorMilliseconds() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto in = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+    };
+    return in(usage.ru_utime) + in(usage.ru_stime);
 }
 
 // `ratio` against the limit above 1 means too slow; against the peer it tells how much work there is on top of it.

@@ -27,13 +27,19 @@ QJsonValue callJson(const std::optional<DetectedCall>& call) {
                        {QStringLiteral("source"), call->source}};
 }
 
+QJsonValue tabJson(const std::optional<BrowserTab>& tab) {
+    if (!tab)
+        return QJsonValue::Null;
+    return QJsonObject{{QStringLiteral("url"), tab->url}, {QStringLiteral("title"), tab->title}};
+}
+
 QJsonValue factsJson(const Facts& facts) {
     if (!facts)
         return QJsonValue::Null;
     return QJsonObject{{QStringLiteral("application"), facts->bundleIdentifier},
                        {QStringLiteral("name"), textOrNull(facts->localizedName)},
                        {QStringLiteral("window"), textOrNull(facts->windowTitle)},
-                       {QStringLiteral("tabRead"), facts->activeTab.has_value()}};
+                       {QStringLiteral("tab"), tabJson(facts->activeTab)}};
 }
 
 QString shown(const std::optional<QString>& text) {
@@ -49,11 +55,14 @@ QString callText(const std::optional<DetectedCall>& call) {
 QString factsText(const Facts& facts) {
     if (!facts)
         return QStringLiteral("nothing is in front, or the desktop does not tell\n");
-    return QStringLiteral("in front\n") +
-           tableText({{QStringLiteral("application"), shown(facts->bundleIdentifier)},
-                      {QStringLiteral("name"), shown(facts->localizedName)},
-                      {QStringLiteral("window"), shown(facts->windowTitle)},
-                      {QStringLiteral("tab"), facts->activeTab ? QStringLiteral("read") : QStringLiteral("not read")}});
+    const auto& tab = facts->activeTab;
+    std::vector<QStringList> rows{{QStringLiteral("application"), shown(facts->bundleIdentifier)},
+                                  {QStringLiteral("name"), shown(facts->localizedName)},
+                                  {QStringLiteral("window"), shown(facts->windowTitle)},
+                                  {QStringLiteral("tab"), tab ? shown(tab->title) : QStringLiteral("not read")}};
+    if (tab)
+        rows.push_back({QStringLiteral("address"), shown(tab->url)});
+    return QStringLiteral("in front\n") + tableText(rows);
 }
 
 // Looks as often as the application does, by the same rules, and prints what has changed.

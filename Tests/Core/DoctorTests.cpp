@@ -66,7 +66,9 @@ public:
     SessionBusFacts sessionBus() override {
         return answer(SessionBusFacts{Presence::present, Presence::present, Presence::present, Presence::present});
     }
-    WindowFacts windows() override { return answer(WindowFacts{{u":0"_s, Presence::present}, {}, {}}); }
+    WindowFacts windows() override {
+        return answer(WindowFacts{{u":0"_s, Presence::present}, {}, FrontWindowTeller::x11, {}});
+    }
     StorageFacts storage(const QString& directory) override { return answer(StorageFacts{directory, {}, 1LL << 40}); }
     std::optional<QString> program(const QString& name) override { return answer(std::optional(u"/bin/"_s + name)); }
 
@@ -126,8 +128,8 @@ TEST_F(DoctorTest, WhatHangsIsToldAndHoldsNothingUp) {
     auto what = orders(machine);
     http->hold();
     const DoctorChecks checks = loopedResult(examineMachine(what, asker, 50ms));
-    EXPECT_EQ(checks.size(), 13U);
-    for (const char* id : {"data-directory", "keyring", "tray", "accessibility", "ollama", "uv"})
+    EXPECT_EQ(checks.size(), 14U);
+    for (const char* id : {"data-directory", "keyring", "tray", "accessibility", "front-window", "ollama", "uv"})
         EXPECT_EQ(named(checks, QString(id)).state, DoctorCheck::State::problem) << id;
     EXPECT_EQ(named(checks, u"worker"_s).title, u"Worker");
 

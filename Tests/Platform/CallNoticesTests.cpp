@@ -21,11 +21,11 @@ using testing::IsEmpty;
 
 class CallNoticesTest : public testing::Test {
 protected:
-    void show() {
+    void show(const QString& subtitle = u"Zoom - <b>R&D</b>"_s) {
         notice.reset();
         notice = notices->show(
             {.title = u"Record this meeting?"_s,
-             .subtitle = u"Zoom - <b>R&D</b>"_s,
+             .subtitle = subtitle,
              .buttons = {{u"Not now"_s, CallNoticeAnswer::notNow}, {u"Record"_s, CallNoticeAnswer::record}}},
             [this](CallNoticeAnswer answer) {
                 answers.push_back(answer);
@@ -80,6 +80,10 @@ TEST_F(CallNoticesTest, SendsOnlyWhatTheServiceUnderstands) {
     showUntilSeen();
     EXPECT_THAT(service->shown.back().actions, IsEmpty());
     EXPECT_EQ(service->shown.back().body, u"Zoom - <b>R&D</b>"_s);
+    show(u"Zoom -\x1b[31m a\n"_s + u"long title "_s.repeated(900));
+    EXPECT_TRUE(loopUntil([this] { return notice->wasShown(); }));
+    EXPECT_TRUE(service->shown.back().body.startsWith(u"Zoom - [31m a long title long"_s));
+    EXPECT_LE(service->shown.back().body.size(), 121);
 }
 
 TEST_F(CallNoticesTest, TakesAwayWhatIsNoLongerWanted) {

@@ -176,6 +176,36 @@ TEST(FrontmostReader, TellsTheTabInFrontOfARealBrowserAndNoPrivateOne) {
         EXPECT_EQ(loopedResult(readerOf(desktop.session())->read())->activeTab, std::nullopt);
 }
 
+TEST(FrontmostReader, FindsTheFrontWithoutAWindowManagerAndAPageThatKeepsItsTitle) {
+    if (!PrivateDesktop::isInstalled())
+        GTEST_SKIP() << "needs Xvfb, openbox, chromium and at-spi2-core";
+    const FakeHttpServer server(
+        [](const ReceivedRequest&) {
+            return HttpAnswer{
+                .status = 200, .headers = {{"Content-Type", "text/html"}}, .body = "<title>Same</title><p>text"};
+        },
+        FakeHttpServer::Transport::selfSigned);
+    PrivateDesktop desktop(PrivateDesktop::Accessibility::on, PrivateDesktop::WindowManager::absent);
+    DesktopFrontmostApplicationReader reader(desktop.session());
+    const auto slack = desktop.showWindow(u"xterm"_s, u"Slack"_s, u"Huddle"_s);
+    const Facts huddle = factsOfTitle(reader, u"Huddle"_s);
+    ASSERT_TRUE(huddle);
+    EXPECT_EQ(huddle->localizedName, u"Slack"_s) << "named by its class, not by the program that shows it";
+    const auto teams = desktop.showWindow(u"x"_s, u"Microsoft Teams - Preview"_s, u"Call"_s);
+    EXPECT_TRUE(factsOfTitle(reader, u"Call"_s)) << "the window on top";
+
+    const QString port = QString::number(server.address().port());
+    const auto rule = u"--host-resolver-rules=MAP meet.google.com 127.0.0.1:%1,MAP docs.test 127.0.0.1:%1"_s.arg(port);
+    for (const char* url : {"https://docs.test/", "https://meet.google.com/x", "https://docs.test/y"}) {
+        const auto browser = desktop.browse({rule, QString::fromUtf8(url)});
+        const Facts page = factsWhen(reader, [url](const Facts& facts) {
+            return facts && facts->activeTab && facts->activeTab->url == QString::fromUtf8(url);
+        });
+        ASSERT_TRUE(page && page->activeTab) << url;
+        EXPECT_EQ(page->activeTab->url, QString::fromUtf8(url));
+    }
+}
+
 TEST(FrontmostReader, AsksSwayFirstAndWaitsForNoCompositorThatHangs) {
     const QTemporaryDir directory;
     const QString path = directory.filePath(u"sway.sock"_s);

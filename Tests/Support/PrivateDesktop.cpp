@@ -32,7 +32,7 @@ bool PrivateDesktop::isInstalled() {
            std::ranges::none_of(programs, [](const char* program) { return found(program).isEmpty(); });
 }
 
-PrivateDesktop::PrivateDesktop(Accessibility accessibility) {
+PrivateDesktop::PrivateDesktop(Accessibility accessibility, WindowManager manager) {
     m_environment = {{u"HOME"_s, m_directory.path()},
                      {u"XDG_RUNTIME_DIR"_s, m_directory.path()},
                      {u"XDG_CONFIG_HOME"_s, m_directory.path()},
@@ -44,11 +44,8 @@ PrivateDesktop::PrivateDesktop(Accessibility accessibility) {
     if (!waitFor([&] { return readTextFile(display).value_or(QString()).contains(u'\n'); }))
         throw std::runtime_error("the X server does not start");
     m_environment[u"DISPLAY"_s] = u':' + readTextFile(display)->trimmed();
-    // A window that comes before the manager is ready is not given the focus.
-    const QString ready = m_directory.filePath(u"ready"_s);
-    (void)launch(u"openbox"_s, {u"--startup"_s, u"touch "_s + ready});
-    if (!waitFor([&ready] { return QFile::exists(ready); }))
-        throw std::runtime_error("the window manager does not start");
+    if (manager == WindowManager::present)
+        startWindowManager();
     if (accessibility != Accessibility::absent)
         startAccessibility(accessibility);
 }
@@ -64,6 +61,14 @@ DesktopSession PrivateDesktop::session() const {
             .waylandDisplay = {},
             .swaySocket = {},
             .sessionBusAddress = m_bus.address().toUtf8()};
+}
+
+// A window that comes before the manager is ready is not given the focus.
+void PrivateDesktop::startWindowManager() {
+    const QString ready = m_directory.filePath(u"ready"_s);
+    (void)launch(u"openbox"_s, {u"--startup"_s, u"touch "_s + ready});
+    if (!waitFor([&ready] { return QFile::exists(ready); }))
+        throw std::runtime_error("the window manager does not start");
 }
 
 void PrivateDesktop::startAccessibility(Accessibility accessibility) {

@@ -14,11 +14,13 @@ namespace corvane {
 class PrivateDesktop {
 public:
     enum class Accessibility { absent, off, on };
+    enum class WindowManager { absent, present };
 
     static bool isInstalled();
 
     // Throws std::runtime_error if it does not come up.
-    explicit PrivateDesktop(Accessibility accessibility = Accessibility::absent);
+    explicit PrivateDesktop(Accessibility accessibility = Accessibility::absent,
+                            WindowManager manager = WindowManager::present);
     ~PrivateDesktop();
     PrivateDesktop(const PrivateDesktop&) = delete;
     PrivateDesktop& operator=(const PrivateDesktop&) = delete;
@@ -39,6 +41,7 @@ public:
 private:
     [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const QString& program, const QStringList& arguments,
                                                           const QString& log = {});
+    void startWindowManager();
     void startAccessibility(Accessibility accessibility);
 
     QTemporaryDir m_directory;

@@ -30,9 +30,13 @@ struct DisplayFacts {
     Presence server = Presence::noAnswer;
 };
 
+// From where it is known which window is in front. `nobody`: the desktop does not tell.
+enum class FrontWindowTeller { noAnswer, nobody, x11, sway, accessibility };
+
 struct WindowFacts {
     DisplayFacts x11;
     DisplayFacts wayland;
+    FrontWindowTeller frontWindow = FrontWindowTeller::noAnswer;
     QString desktop; // its own name, may be empty
 };
 

@@ -74,6 +74,46 @@ QString displayText(const DisplayFacts& display, const char* kind) {
     return QStringLiteral("%1 on %2").arg(QLatin1String(kind), display.name);
 }
 
+DoctorCheck displayCheck(const WindowFacts& facts) {
+    const DoctorCheck check = blank("windows", "Windows", Need::optional, "shows Corvane's window");
+    QStringList works;
+    QStringList silent;
+    if (!facts.x11.name.isEmpty())
+        (facts.x11.server == Presence::present ? works : silent) << displayText(facts.x11, "X11");
+    if (!facts.wayland.name.isEmpty())
+        (facts.wayland.server == Presence::present ? works : silent) << displayText(facts.wayland, "Wayland");
+    if (!works.isEmpty()) {
+        const QString desktop = facts.desktop.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.desktop);
+        return found(check, works.join(QStringLiteral(", ")) + desktop);
+    }
+    if (!silent.isEmpty())
+        return amiss(check, State::problem, silent.join(QStringLiteral(", ")) + QStringLiteral(" cannot be reached"),
+                     fromDesktop);
+    return amiss(check, State::missing, QStringLiteral("neither DISPLAY nor WAYLAND_DISPLAY names a display"),
+                 fromDesktop);
+}
+
+DoctorCheck frontWindowCheck(const WindowFacts& facts) {
+    const DoctorCheck check = blank("front-window", "Front window", Need::optional,
+                                    "tells which program is in front, so that a call is noticed");
+    switch (facts.frontWindow) {
+    case FrontWindowTeller::x11:
+        return found(check, QStringLiteral("told by X11"));
+    case FrontWindowTeller::sway:
+        return found(check, QStringLiteral("told by sway"));
+    case FrontWindowTeller::accessibility:
+        return found(check, QStringLiteral("told by accessible programs, of themselves"));
+    case FrontWindowTeller::nobody:
+        return amiss(check, State::missing, QStringLiteral("nothing on the desktop tells"),
+                     facts.wayland.name.isEmpty()
+                         ? fromDesktop
+                         : QStringLiteral("have accessibility on, as above, or choose a session of X11 at the login"));
+    case FrontWindowTeller::noAnswer:
+        break;
+    }
+    return amiss(check, State::problem, noAnswer, fromDesktop);
+}
+
 } // namespace
 
 DoctorChecks checksOf(const WorkerFacts& facts) {
@@ -138,8 +178,10 @@ DoctorChecks checksOf(const KeyringFacts& facts) {
     case KeyringFacts::State::reachable:
         return {found(check, QStringLiteral("reachable"))};
     case KeyringFacts::State::absent:
-        return {amiss(check, State::missing, facts.text,
-                      QStringLiteral("sudo apt install gnome-keyring, then log out and in"))};
+        return {
+            amiss(check, State::missing, facts.text,
+                  QStringLiteral("start Corvane from a desktop session; where that has no keyring, sudo apt install "
+                                 "gnome-keyring, then log out and in"))};
     case KeyringFacts::State::locked:
         return {amiss(check, State::problem, facts.text, unlock)};
     case KeyringFacts::State::failed:
@@ -171,23 +213,7 @@ DoctorChecks checksOf(const SessionBusFacts& facts) {
 }
 
 DoctorChecks checksOf(const WindowFacts& facts) {
-    const DoctorCheck check =
-        blank("windows", "Windows", Need::optional, "shows Corvane's window and tells which program is in front");
-    QStringList works;
-    QStringList silent;
-    if (!facts.x11.name.isEmpty())
-        (facts.x11.server == Presence::present ? works : silent) << displayText(facts.x11, "X11");
-    if (!facts.wayland.name.isEmpty())
-        (facts.wayland.server == Presence::present ? works : silent) << displayText(facts.wayland, "Wayland");
-    if (!works.isEmpty()) {
-        const QString desktop = facts.desktop.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(facts.desktop);
-        return {found(check, works.join(QStringLiteral(", ")) + desktop)};
-    }
-    if (!silent.isEmpty())
-        return {amiss(check, State::problem, silent.join(QStringLiteral(", ")) + QStringLiteral(" cannot be reached"),
-                      fromDesktop)};
-    return {amiss(check, State::missing, QStringLiteral("neither DISPLAY nor WAYLAND_DISPLAY names a display"),
-                  fromDesktop)};
+    return {displayCheck(facts), frontWindowCheck(facts)};
 }
 
 DoctorChecks checksOf(const OllamaStatus& status) {

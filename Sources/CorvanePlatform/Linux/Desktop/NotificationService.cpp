@@ -1,10 +1,13 @@
 #include "CorvanePlatform/Linux/Desktop/NotificationService.h"
 
+#include "CorvaneCore/Library/RunIdentity.h"
+
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QFileInfo>
 #include <QtConcurrentRun>
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -19,6 +22,7 @@ constexpr int expiryMilliseconds = 5000;
 constexpr int replyMilliseconds = 20'000;
 constexpr int flushMilliseconds = 200;
 constexpr uchar criticalUrgency = 2;
+constexpr int maximumLine = 120; // characters
 
 // Empty without a bus. Left to itself the library would start one, which nobody ends again.
 QString sessionBusAddress() {
@@ -55,6 +59,16 @@ QVariantMap hints() {
             {QStringLiteral("desktop-entry"), QStringLiteral("corvane")},
             {QStringLiteral("transient"), true},       // later, in a list, it could not be answered
             {QStringLiteral("suppress-sound"), true}}; // the others in the call would hear it
+}
+
+// One line of a length that every service shows whole: a page chooses its title, and some services would show ten
+// thousand characters with the buttons below the screen.
+QString shownLine(QString text) {
+    std::ranges::replace_if(
+        text, [](QChar character) { return character.category() == QChar::Other_Control; }, u' ');
+    text = text.simplified();
+    const QString start = firstCharacters(text, maximumLine);
+    return start == text ? text : start + u'…';
 }
 
 } // namespace
@@ -154,6 +168,7 @@ void NotificationService::askCapabilities() {
 
 void NotificationService::notify(const QStringList& capabilities) {
     const CallNoticeContent& content = m_wish->content;
+    const QString line = shownLine(content.subtitle);
     const bool hasMarkup = capabilities.contains(QStringLiteral("body-markup"));
     // Without actions it is a reminder still.
     const bool hasActions = capabilities.contains(QStringLiteral("actions"));
@@ -161,7 +176,7 @@ void NotificationService::notify(const QStringList& capabilities) {
                                  m_onScreen, // one that was taken away and is there still is replaced
                                  QStringLiteral("audio-input-microphone"),
                                  content.title,
-                                 hasMarkup ? content.subtitle.toHtmlEscaped() : content.subtitle,
+                                 hasMarkup ? line.toHtmlEscaped() : line,
                                  hasActions ? actionsOf(content) : QStringList(),
                                  hints(),
                                  expiryMilliseconds};

@@ -1,6 +1,7 @@
 #include "CorvanePlatform/Linux/Doctor/LinuxMachineProbe.h"
 
 #include "CorvanePlatform/Linux/Doctor/SessionBusProbe.h"
+#include "CorvanePlatform/Linux/Frontmost/DesktopLook.h"
 #include "CorvanePlatform/Linux/Secrets/SecretServiceTokenStore.h"
 #include "CorvanePlatform/Linux/UniqueFd.h"
 
@@ -9,6 +10,7 @@
 #include <QStandardPaths>
 
 #include <fcntl.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/statvfs.h>
 #include <sys/un.h>
@@ -26,6 +28,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto busLimit = 3s;
+constexpr auto lookLimit = 1s;
 
 // Whether something takes connections at a socket; `name` begins with a NUL where it is no file.
 Presence listenerAt(const QByteArray& name) {
@@ -61,6 +64,25 @@ DisplayFacts waylandDisplay() {
     const QString file =
         name.startsWith(QLatin1Char('/')) ? name : qEnvironmentVariable("XDG_RUNTIME_DIR") + QLatin1Char('/') + name;
     return {name, listenerAt(QFile::encodeName(file))};
+}
+
+// By a look such as those that notice calls.
+FrontWindowTeller frontWindowTeller() {
+    const UniqueFd neverCancelled(::eventfd(0, EFD_CLOEXEC));
+    DesktopLook look(DesktopSession::ofEnvironment());
+    static_cast<void>(look.look(Deadline(Deadline::Clock::now() + lookLimit, neverCancelled.get())));
+    const auto source = look.status().source;
+    if (!source)
+        return FrontWindowTeller::nobody;
+    switch (*source) {
+    case FrontWindowSource::x11:
+        return FrontWindowTeller::x11;
+    case FrontWindowSource::sway:
+        return FrontWindowTeller::sway;
+    case FrontWindowSource::accessibility:
+        break;
+    }
+    return FrontWindowTeller::accessibility;
 }
 
 QString nearestExisting(const QString& directory) {
@@ -124,7 +146,7 @@ SessionBusFacts LinuxMachineProbe::sessionBus() {
 }
 
 WindowFacts LinuxMachineProbe::windows() {
-    return {x11Display(), waylandDisplay(), qEnvironmentVariable("XDG_CURRENT_DESKTOP")};
+    return {x11Display(), waylandDisplay(), frontWindowTeller(), qEnvironmentVariable("XDG_CURRENT_DESKTOP")};
 }
 
 StorageFacts LinuxMachineProbe::storage(const QString& directory) {

@@ -214,10 +214,16 @@ bool AccessibilityBus::isActive(const AccessibleObject& window, const Deadline& 
            (states & (1U << stateActive)) != 0;
 }
 
+std::vector<AccessibleObject> AccessibilityBus::windows(const AccessibleObject& application, const Deadline& deadline) {
+    auto found = children(application, deadline);
+    std::erase_if(found, [&](const AccessibleObject& window) { return window.busName != application.busName; });
+    return found;
+}
+
 std::optional<AccessibleObject> AccessibilityBus::activeWindow(const AccessibleObject& application,
                                                                const Deadline& deadline) {
-    for (const AccessibleObject& window : children(application, deadline))
-        if (window.busName == application.busName && isActive(window, deadline))
+    for (const AccessibleObject& window : windows(application, deadline))
+        if (isActive(window, deadline))
             return window;
     return std::nullopt;
 }

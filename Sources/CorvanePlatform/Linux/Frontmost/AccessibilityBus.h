@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::optional<qint64> processOf(const QByteArray& busName, const Deadline& deadline);
     [[nodiscard]] std::optional<QString> name(const AccessibleObject& object, const Deadline& deadline);
     [[nodiscard]] bool isActive(const AccessibleObject& window, const Deadline& deadline);
+    [[nodiscard]] std::vector<AccessibleObject> windows(const AccessibleObject& application, const Deadline& deadline);
     [[nodiscard]] std::optional<AccessibleObject> activeWindow(const AccessibleObject& application,
                                                                const Deadline& deadline);
     // Of the document that a browser's window shows.

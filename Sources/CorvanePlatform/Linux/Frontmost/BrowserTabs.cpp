@@ -4,8 +4,6 @@ namespace corvane {
 
 namespace {
 
-constexpr std::chrono::seconds maximumAge{10};
-
 bool isProduct(Browser browser, const std::optional<QString>& name) {
     const auto products = productNames(browser);
     return name && std::ranges::any_of(products, [&name](const QString& product) { return name->startsWith(product); });
@@ -15,39 +13,33 @@ bool isProduct(Browser browser, const std::optional<QString>& name) {
 
 std::optional<BrowserTab> BrowserTabs::tab(const FrontWindow& window, const KnownApplication& application,
                                            const Deadline& deadline) {
-    const auto now = Deadline::Clock::now();
-    if (m_answer && m_window == window && now - m_answer->time < maximumAge)
-        return m_answer->tab;
-    m_answer.reset();
-    const Reading reading = ask(window, application, deadline);
-    if (reading.told == Told::all) {
-        m_window = window;
-        m_answer = Answer{.tab = reading.tab, .time = now};
-    }
-    return reading.tab;
+    const Browser browser = *application.browser;
+    const auto frame = frameOf(window, applicationsOf(window, browser, deadline), deadline);
+    const auto title = frame ? m_bus.name(*frame, deadline) : std::nullopt;
+    if (!title)
+        return std::nullopt;
+    // A window that only the bus tells of has no other title than the accessible one.
+    const auto ownTitle = window.source == FrontWindowSource::accessibility ? std::nullopt : window.title;
+    if (windowPrivacy(browser, application.browserWindow, *title, ownTitle) != WindowPrivacy::ordinary)
+        return std::nullopt;
+    return m_bus.shownDocument(*frame, deadline);
 }
 
-BrowserTabs::Reading BrowserTabs::ask(const FrontWindow& window, const KnownApplication& application,
-                                      const Deadline& deadline) {
-    const Browser browser = *application.browser;
-    const auto applications = applicationsOf(window, browser, deadline);
-    if (applications.empty())
-        return {.told = Told::all};
-    for (const AccessibleObject& candidate : applications) {
-        const auto frame = m_bus.activeWindow(candidate, deadline);
-        if (!frame)
-            continue;
-        const auto title = m_bus.name(*frame, deadline);
-        if (!title)
-            return {};
-        // A window that only the bus tells of has no other title than the accessible one.
-        const auto ownTitle = window.source == FrontWindowSource::accessibility ? std::nullopt : window.title;
-        if (windowPrivacy(browser, application.browserWindow, *title, ownTitle) != WindowPrivacy::ordinary)
-            return {.told = Told::all};
-        auto tab = m_bus.shownDocument(*frame, deadline);
-        return {.told = tab ? Told::all : Told::nothingYet, .tab = std::move(tab)};
+// The active one. Without a window manager Chromium calls none of them so, and the only one with the title of the
+// window in front must be it.
+std::optional<AccessibleObject> BrowserTabs::frameOf(const FrontWindow& window,
+                                                     const std::vector<AccessibleObject>& applications,
+                                                     const Deadline& deadline) {
+    std::vector<AccessibleObject> sameTitle;
+    for (const AccessibleObject& application : applications) {
+        for (const AccessibleObject& frame : m_bus.windows(application, deadline)) {
+            if (m_bus.isActive(frame, deadline))
+                return frame;
+            if (window.title && m_bus.name(frame, deadline) == window.title)
+                sameTitle.push_back(frame);
+        }
     }
-    return {};
+    return sameTitle.size() == 1 ? std::optional(sameTitle.front()) : std::nullopt;
 }
 
 // By the process; in a sandbox the bus knows a proxy in its place, and there the name of the product must do.

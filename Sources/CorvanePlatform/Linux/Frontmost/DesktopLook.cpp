@@ -33,7 +33,6 @@ std::optional<FrontmostApplication> DesktopLook::look(const Deadline& deadline) 
     if (reading.outcome != FrontWindowReading::Outcome::window)
         return std::nullopt;
     const FrontWindow& window = reading.window;
-    m_status.source = window.source;
     const auto known = knownApplication(window);
     FrontmostApplication application{.bundleIdentifier = known ? known->identifier : window.applicationId,
                                      .localizedName = localizedName(window, known, deadline),
@@ -49,13 +48,18 @@ std::optional<FrontmostApplication> DesktopLook::look(const Deadline& deadline) 
     return application;
 }
 
-// An installed web application has an entry by its instance, while its class is the browser's.
+// An installed web application has an entry by its instance, while its class is the browser's. Of others the class
+// alone counts: the instance is the name of whatever program was started, a terminal perhaps.
 std::optional<QString> DesktopLook::localizedName(const FrontWindow& window,
                                                   const std::optional<KnownApplication>& known,
                                                   const Deadline& deadline) {
-    for (const QString* id : {&window.instance, &window.applicationId})
-        if (auto name = m_entries.name(*id, deadline))
+    const bool mayBeWebApplication =
+        (known && known->browser) || window.instance.startsWith(QLatin1String("crx_"), Qt::CaseInsensitive);
+    if (mayBeWebApplication)
+        if (auto name = m_entries.name(window.instance, deadline))
             return name;
+    if (auto name = m_entries.name(window.applicationId, deadline))
+        return name;
     if (known && known->browser)
         return productNames(*known->browser).front();
     return window.applicationId.isEmpty() ? std::nullopt : std::optional(window.applicationId);
@@ -64,12 +68,20 @@ std::optional<QString> DesktopLook::localizedName(const FrontWindow& window,
 // Under XWayland the X server knows no active window while one of Wayland's own has the focus; without Wayland that
 // means that nothing is in front.
 FrontWindowReading DesktopLook::frontWindow(const Deadline& deadline) {
-    if (auto reading = m_sway.read(deadline); reading.outcome != FrontWindowReading::Outcome::unknown)
-        return reading;
-    auto reading = m_x11.read(deadline);
-    if (reading.outcome == FrontWindowReading::Outcome::window || m_session.waylandDisplay.isEmpty())
-        return reading;
-    return m_accessible.read(deadline);
+    using Outcome = FrontWindowReading::Outcome;
+    auto source = FrontWindowSource::sway;
+    auto reading = m_sway.read(deadline);
+    if (reading.outcome == Outcome::unknown) {
+        source = FrontWindowSource::x11;
+        reading = m_x11.read(deadline);
+        if (reading.outcome != Outcome::window && !m_session.waylandDisplay.isEmpty()) {
+            source = FrontWindowSource::accessibility;
+            reading = m_accessible.read(deadline);
+        }
+    }
+    if (reading.outcome != Outcome::unknown)
+        m_status.source = source;
+    return reading;
 }
 
 void DesktopLook::noteAccessibility(const Deadline& deadline) {

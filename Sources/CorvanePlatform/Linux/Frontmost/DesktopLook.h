@@ -24,7 +24,7 @@ struct DesktopSession {
 struct FrontmostStatus {
     enum class Accessibility { unknown, off, on };
 
-    // The last source that knew a window; nothing if none ever did.
+    // The last source that could tell; nothing if none ever could.
     std::optional<FrontWindowSource> source;
     // Of applications that start now. Off means: no tab of a browser, unless it was told by its environment.
     Accessibility accessibility = Accessibility::unknown;

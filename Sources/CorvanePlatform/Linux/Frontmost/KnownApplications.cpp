@@ -30,6 +30,8 @@ constexpr std::array applications{
     ApplicationRow{"us.zoom.zoom", zoom},
     ApplicationRow{"teams-for-linux", teams},
     ApplicationRow{"com.github.ismaelmartinez.teams_for_linux", teams},
+    ApplicationRow{"microsoft teams", teams},
+    ApplicationRow{"microsoft teams - preview", teams},
     ApplicationRow{"slack", slack},
     ApplicationRow{"com.slack.slack", slack},
     ApplicationRow{"chromium", chrome, Browser::chromium},
@@ -86,7 +88,7 @@ QString text(const char* utf8) {
 }
 
 std::optional<KnownApplication> byName(const QString& name) {
-    const QByteArray lowered = name.toLower().toUtf8();
+    const QByteArray lowered = name.trimmed().toLower().toUtf8();
     const auto* const row = std::ranges::find_if(
         applications, [&lowered](const ApplicationRow& candidate) { return lowered == candidate.desktopName; });
     if (row == applications.end())

@@ -9,9 +9,12 @@
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <optional>
+#include <span>
 #include <thread>
 
 namespace corvane {
@@ -21,6 +24,8 @@ namespace {
 constexpr std::chrono::milliseconds patience{300};
 constexpr std::chrono::seconds rest{10};
 constexpr std::uint32_t maximumWords = 1024; // of a property: a title of 4 KiB tells enough
+constexpr int maximumAncestors = 32;
+constexpr std::size_t maximumTopLevels = 64;
 
 struct FreeReply {
     void operator()(void* reply) const { std::free(reply); } // NOLINT: xcb allocates with malloc
@@ -32,6 +37,13 @@ QByteArray bytesOf(const xcb_get_property_reply_t* reply) {
     if (!reply || reply->format != 8)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply)), xcb_get_property_value_length(reply)};
+}
+
+xcb_window_t windowIn(const ReplyPointer<xcb_get_property_reply_t>& reply) {
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (reply && reply->format == 32 && ::xcb_get_property_value_length(reply.get()) >= int{sizeof window})
+        std::memcpy(&window, ::xcb_get_property_value(reply.get()), sizeof window);
+    return window;
 }
 
 } // namespace
@@ -55,11 +67,16 @@ private:
     [[nodiscard]] ReplyPointer<Reply> await(unsigned sequence, const Deadline& deadline);
     [[nodiscard]] unsigned askProperty(xcb_window_t window, xcb_atom_t property);
     [[nodiscard]] unsigned askProcess(xcb_window_t window);
+    [[nodiscard]] std::optional<xcb_window_t> frontWindow(const Deadline& deadline);
+    [[nodiscard]] xcb_window_t focusedWindow(const Deadline& deadline);
+    [[nodiscard]] xcb_window_t topmostWindow(const Deadline& deadline);
+    [[nodiscard]] bool hasClass(xcb_window_t window, const Deadline& deadline);
     void dropEvents();
 
     xcb_connection_t* m_connection;
     xcb_window_t m_root;
     xcb_atom_t m_activeWindow = XCB_ATOM_NONE;
+    xcb_atom_t m_managerCheck = XCB_ATOM_NONE;
     xcb_atom_t m_utf8Title = XCB_ATOM_NONE;
     bool m_hasResourceExtension = false;
     bool m_isSilent = false;
@@ -85,6 +102,7 @@ std::unique_ptr<X11FrontWindow::Session> X11FrontWindow::Session::open(const QBy
         ::xcb_screen_next(&screens);
     std::unique_ptr<Session> session(new Session(connection, screens.data->root)); // the constructor is private
     session->m_activeWindow = session->atom("_NET_ACTIVE_WINDOW");
+    session->m_managerCheck = session->atom("_NET_SUPPORTING_WM_CHECK");
     session->m_utf8Title = session->atom("_NET_WM_NAME");
     const auto* const extension = ::xcb_get_extension_data(connection, &xcb_res_id);
     session->m_hasResourceExtension = extension && extension->present != 0;
@@ -127,15 +145,72 @@ unsigned X11FrontWindow::Session::askProcess(xcb_window_t window) {
     return ::xcb_res_query_client_ids(m_connection, 1, &wanted).sequence;
 }
 
+// Nothing if the server does not tell. A window manager says which window is active, or that none is; without one the
+// focus tells, and where that follows the pointer the window on top does.
+std::optional<xcb_window_t> X11FrontWindow::Session::frontWindow(const Deadline& deadline) {
+    const unsigned activeAsked = askProperty(m_root, m_activeWindow);
+    const unsigned managerAsked = askProperty(m_root, m_managerCheck);
+    const auto active = await<xcb_get_property_reply_t>(activeAsked, deadline);
+    const auto manager = await<xcb_get_property_reply_t>(managerAsked, deadline);
+    if (!active || !manager)
+        return std::nullopt;
+    const bool namesManager = manager->type != XCB_ATOM_NONE;
+    // A manager that was killed leaves both properties behind, but not the window that stands for it.
+    const bool isManaged =
+        namesManager
+            ? windowIn(await<xcb_get_property_reply_t>(askProperty(windowIn(manager), m_managerCheck), deadline)) ==
+                  windowIn(manager)
+            : active->type != XCB_ATOM_NONE;
+    if (isManaged)
+        return windowIn(active);
+    const xcb_window_t focused = focusedWindow(deadline);
+    return focused != XCB_WINDOW_NONE ? focused : topmostWindow(deadline);
+}
+
+// The focus may lie on a part of the application's window.
+xcb_window_t X11FrontWindow::Session::focusedWindow(const Deadline& deadline) {
+    const auto focus = await<xcb_get_input_focus_reply_t>(::xcb_get_input_focus(m_connection).sequence, deadline);
+    xcb_window_t window = focus ? focus->focus : xcb_window_t{XCB_INPUT_FOCUS_NONE};
+    for (int i = 0; i < maximumAncestors; ++i) {
+        if (window == XCB_INPUT_FOCUS_NONE || window == XCB_INPUT_FOCUS_POINTER_ROOT || window == m_root)
+            break;
+        if (hasClass(window, deadline))
+            return window;
+        const auto tree = await<xcb_query_tree_reply_t>(::xcb_query_tree(m_connection, window).sequence, deadline);
+        window = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    return XCB_WINDOW_NONE;
+}
+
+// Windows that a window manager would leave alone are menus and the like.
+xcb_window_t X11FrontWindow::Session::topmostWindow(const Deadline& deadline) {
+    const auto tree = await<xcb_query_tree_reply_t>(::xcb_query_tree(m_connection, m_root).sequence, deadline);
+    if (!tree)
+        return XCB_WINDOW_NONE;
+    const std::span<const xcb_window_t> bottomToTop(
+        ::xcb_query_tree_children(tree.get()), static_cast<std::size_t>(::xcb_query_tree_children_length(tree.get())));
+    const auto top = bottomToTop.last(std::min(bottomToTop.size(), maximumTopLevels));
+    for (auto window = top.rbegin(); window != top.rend(); ++window) {
+        const auto attributes = await<xcb_get_window_attributes_reply_t>(
+            ::xcb_get_window_attributes(m_connection, *window).sequence, deadline);
+        if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE && attributes->override_redirect == 0 &&
+            hasClass(*window, deadline))
+            return *window;
+    }
+    return XCB_WINDOW_NONE;
+}
+
+bool X11FrontWindow::Session::hasClass(xcb_window_t window, const Deadline& deadline) {
+    const auto reply = await<xcb_get_property_reply_t>(askProperty(window, XCB_ATOM_WM_CLASS), deadline);
+    return !bytesOf(reply.get()).isEmpty();
+}
+
 FrontWindowReading X11FrontWindow::Session::read(const Deadline& deadline) {
     dropEvents();
-    const auto active = await<xcb_get_property_reply_t>(askProperty(m_root, m_activeWindow), deadline);
-    if (!active)
+    const auto inFront = frontWindow(deadline);
+    if (!inFront || !isUsable())
         return {};
-    if (active->format != 32 || ::xcb_get_property_value_length(active.get()) < int{sizeof(xcb_window_t)})
-        return {.outcome = FrontWindowReading::Outcome::nothing};
-    xcb_window_t window = XCB_WINDOW_NONE;
-    std::memcpy(&window, ::xcb_get_property_value(active.get()), sizeof window);
+    const xcb_window_t window = *inFront;
     if (window == XCB_WINDOW_NONE)
         return {.outcome = FrontWindowReading::Outcome::nothing};
 
