@@ -19,7 +19,8 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_voiceProfiles(m_paths.database(), m_services.clock),
       m_notion(m_services.defaults),
       m_updates(m_services.defaults, m_services.info),
-      m_localModel(m_services.defaults) {
+      m_localModel(m_services.defaults),
+      m_setup(m_services.defaults) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     connect(&m_playback, &PlaybackPart::playbackFailed, this,
             [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });

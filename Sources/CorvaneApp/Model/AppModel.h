@@ -13,6 +13,7 @@
 #include "CorvaneApp/Model/NotionPart.h"
 #include "CorvaneApp/Model/PlaybackPart.h"
 #include "CorvaneApp/Model/RecordingPart.h"
+#include "CorvaneApp/Model/SetupPart.h"
 #include "CorvaneApp/Model/SpeakerReviewPart.h"
 #include "CorvaneApp/Model/StatusPart.h"
 #include "CorvaneApp/Model/UpdatesPart.h"
@@ -21,6 +22,7 @@
 #include "CorvaneCore/Recording/Finalization.h"
 #include "CorvaneCore/Recording/RecordingLock.h"
 #include "CorvaneCore/Recording/SystemAudioCapture.h"
+#include "CorvaneCore/Services/DependencySetupModel.h"
 
 #include <QFuture>
 #include <QObject>
@@ -62,6 +64,7 @@ public:
     [[nodiscard]] NotionPart& notion() { return m_notion; }
     [[nodiscard]] UpdatesPart& updates() { return m_updates; }
     [[nodiscard]] LocalModelPart& localModel() { return m_localModel; }
+    [[nodiscard]] SetupPart& setup() { return m_setup; }
     [[nodiscard]] const AppPaths& paths() const { return m_paths; }
 
     // Derived from the parts and the disk.
@@ -158,6 +161,18 @@ public:
     // Local language model (AppModelLocalModel.cpp)
     // Looks for Ollama beside the main loop. Finding it switches its use on, also against an earlier wish of the user.
     QFuture<OllamaStatus> refreshOllamaStatus();
+
+    // Setup (AppModelSetup.cpp)
+    // Whether a Hugging Face token is stored; nothing where the token store cannot say.
+    [[nodiscard]] QFuture<std::optional<bool>> hasHuggingFaceToken() const;
+    // The futures say whether it was done.
+    [[nodiscard]] QFuture<bool> saveHuggingFaceToken(const QString& token) const;
+    [[nodiscard]] QFuture<bool> deleteHuggingFaceToken() const;
+    // In the user's browser. False for what is no http or https address, and where nothing could be started.
+    bool openWebPage(const QUrl& address);
+    [[nodiscard]] std::unique_ptr<DependencySetupModel> makeDependencySetup() const;
+    // Whether meetings are processed by the worker that comes along, which needs no further tools.
+    [[nodiscard]] bool usesOwnWorker() const;
 
     // Recording (AppModelRecording.cpp)
     void startRecording(const std::optional<QString>& suggestedTitle);
@@ -283,6 +298,7 @@ private:
     NotionPart m_notion;
     UpdatesPart m_updates;
     LocalModelPart m_localModel;
+    SetupPart m_setup;
     // Runs that were compared with the known voices since the start, whatever came of it: once is enough.
     std::set<QString> m_matchedRunIDs;
     std::deque<ProfileRename> m_profileRenames;

@@ -15,7 +15,11 @@ MainWindowModel::MainWindowModel(AppModel& model, const Clock& clock,
       m_sidebar(model, clock),
       m_detail(model, std::move(putOnClipboard)),
       m_speakerProfiles(model),
-      m_shortcuts(model, m_sidebar, m_detail, m_speakerProfiles) {
+      m_shortcuts(model, m_sidebar, m_detail, m_speakerProfiles),
+      m_settings(model),
+      m_setup(model) {
+    connect(&m_setup, &SetupWizardModel::isShowingSetupWizardChanged, this,
+            &MainWindowModel::isShowingSetupWizardChanged);
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this, &MainWindowModel::showPage);
     connect(&m_model.library(), &LibraryPart::meetingsChanged, &m_sidebar, &SidebarModel::refresh);
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, &m_sidebar, &SidebarModel::refresh);

@@ -4,6 +4,8 @@
 
 #include "CorvaneApp/Views/KeyboardShortcuts.h"
 #include "CorvaneApp/Views/MeetingDetailModel.h"
+#include "CorvaneApp/Views/SettingsPageModel.h"
+#include "CorvaneApp/Views/SetupWizardModel.h"
 #include "CorvaneApp/Views/SidebarModel.h"
 #include "CorvaneApp/Views/SpeakerProfilesPageModel.h"
 
@@ -18,6 +20,9 @@ class MainWindowModel final : public QObject {
     Q_PROPERTY(corvane::MeetingDetailModel* detail READ detail CONSTANT)
     Q_PROPERTY(corvane::SpeakerProfilesPageModel* speakerProfiles READ speakerProfiles CONSTANT)
     Q_PROPERTY(corvane::KeyboardShortcutsModel* shortcuts READ shortcuts CONSTANT)
+    Q_PROPERTY(corvane::SettingsPageModel* settings READ settings CONSTANT)
+    Q_PROPERTY(corvane::SetupWizardModel* setup READ setup CONSTANT)
+    Q_PROPERTY(bool isShowingSetupWizard READ isShowingSetupWizard NOTIFY isShowingSetupWizardChanged)
 
 public:
     // Borrows model and clock, which outlive it.
@@ -30,12 +35,16 @@ public:
     [[nodiscard]] MeetingDetailModel* detail() { return &m_detail; }
     [[nodiscard]] SpeakerProfilesPageModel* speakerProfiles() { return &m_speakerProfiles; }
     [[nodiscard]] KeyboardShortcutsModel* shortcuts() { return &m_shortcuts; }
+    [[nodiscard]] SettingsPageModel* settings() { return &m_settings; }
+    [[nodiscard]] SetupWizardModel* setup() { return &m_setup; }
+    [[nodiscard]] bool isShowingSetupWizard() const { return m_setup.isShowingSetupWizard(); }
 
     // Files that were dropped on the window; what is no file of this machine is passed over.
     Q_INVOKABLE void importDropped(const QList<QUrl>& files);
 
 Q_SIGNALS:
     void pageChanged();
+    void isShowingSetupWizardChanged();
 
 private:
     void showPage();
@@ -45,6 +54,8 @@ private:
     MeetingDetailModel m_detail;
     SpeakerProfilesPageModel m_speakerProfiles;
     KeyboardShortcutsModel m_shortcuts;
+    SettingsPageModel m_settings;
+    SetupWizardModel m_setup;
     QTimer m_refreshSidebar;
 };
 

@@ -63,11 +63,12 @@ public:
     [[nodiscard]] virtual std::shared_ptr<LaunchedProcess> launch(const ProcessRequest& request,
                                                                   TerminationHandler onTermination) = 0;
 
-    // Runs a command to its end in the inherited environment and returns what it said, the first MiB of it. Blocks:
-    // never on the main thread. It is no launched process: it shares the session, so that Ctrl-C ends it too. Throws
-    // LaunchError if it cannot be started. A cancelled command is killed soon after, and its status says so.
+    // Runs a command to its end and returns what it said, the first MiB of it. Blocks: never on the main thread. It is
+    // no launched process: it shares the session, so that Ctrl-C ends it too. Throws LaunchError if it cannot be
+    // started. A cancelled command is killed soon after, and its status says so. `environment` is as in ProcessRequest.
     [[nodiscard]] virtual CommandResult run(const QString& executable, const QStringList& arguments,
-                                            const CommandCancellation& cancelled = {}) = 0;
+                                            const CommandCancellation& cancelled = {},
+                                            const ProcessEnvironment& environment = {}) = 0;
 };
 
 } // namespace corvane

@@ -2,6 +2,8 @@
 
 #include "CorvaneContract/Json/JsonReader.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <chrono>
 
@@ -12,6 +14,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 longestAnswer = 4LL * 1024 * 1024; // bytes, thousands of models
+
+// Under the context of the words that a panel shows.
+struct PanelText {
+    Q_DECLARE_TR_FUNCTIONS(PanelText)
+};
 
 OllamaService serviceIn(const Outcome<HttpAnswer>& outcome) {
     try {
@@ -84,17 +91,17 @@ QString ollamaStatusTitle(OllamaState state) {
     case OllamaState::unknown:
         break;
     case OllamaState::checking:
-        return QStringLiteral("Checking Ollama");
+        return PanelText::tr("Checking Ollama");
     case OllamaState::ready:
-        return QStringLiteral("Ollama is ready");
+        return PanelText::tr("Ollama is ready");
     case OllamaState::modelMissing:
-        return QStringLiteral("Ollama is running");
+        return PanelText::tr("Ollama is running");
     case OllamaState::installed:
-        return QStringLiteral("Ollama is installed");
+        return PanelText::tr("Ollama is installed");
     case OllamaState::missing:
-        return QStringLiteral("Ollama is not installed");
+        return PanelText::tr("Ollama is not installed");
     }
-    return QStringLiteral("Ollama status unknown");
+    return PanelText::tr("Ollama status unknown");
 }
 
 QString ollamaStatusDetail(OllamaState state) {
@@ -102,20 +109,20 @@ QString ollamaStatusDetail(OllamaState state) {
     case OllamaState::unknown:
         break;
     case OllamaState::checking:
-        return QStringLiteral("Looking for the local Ollama service and model.");
+        return PanelText::tr("Looking for the local Ollama service and model.");
     case OllamaState::ready:
-        return QStringLiteral("The qwen3:1.7b model is available. New transcripts can use local speaker hints and "
-                              "summaries.");
+        return PanelText::tr("The qwen3:1.7b model is available. New transcripts can use local speaker hints and "
+                             "summaries.");
     case OllamaState::modelMissing:
-        return QStringLiteral("Install the qwen3:1.7b model to enable richer local summaries. Transcript snippets "
-                              "still work without it.");
+        return PanelText::tr("Install the qwen3:1.7b model to enable richer local summaries. Transcript snippets "
+                             "still work without it.");
     case OllamaState::installed:
-        return QStringLiteral("Ollama was found on this Mac, but the local service is not responding yet.");
+        return PanelText::tr("Ollama was found on this Mac, but the local service is not responding yet.");
     case OllamaState::missing:
-        return QStringLiteral("Transcript snippets work without Ollama. Install Ollama only if you want richer local "
-                              "summaries.");
+        return PanelText::tr("Transcript snippets work without Ollama. Install Ollama only if you want richer local "
+                             "summaries.");
     }
-    return QStringLiteral("Click refresh to check whether Ollama is available.");
+    return PanelText::tr("Click refresh to check whether Ollama is available.");
 }
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #include "CorvaneCore/Services/UpdateText.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 namespace corvane {
@@ -15,6 +16,11 @@ QString mediumDateFormat(const QLocale& locale) {
     return format.replace(QLatin1String("MMMM"), QLatin1String("MMM"));
 }
 
+// Under the context of the words that a panel shows.
+struct PanelText {
+    Q_DECLARE_TR_FUNCTIONS(PanelText)
+};
+
 } // namespace
 
 QString updateDateText(const QDateTime& moment, const QLocale& locale) {
@@ -24,28 +30,28 @@ QString updateDateText(const QDateTime& moment, const QLocale& locale) {
 }
 
 QString currentVersionText(const AppVersion& version) {
-    return QStringLiteral("Current version: %1 (%2)").arg(version.version, QString::number(version.build));
+    return PanelText::tr("Current version: %1 (%2)").arg(version.version, QString::number(version.build));
 }
 
 QString lastCheckedText(const std::optional<QDateTime>& lastCheckAt, const QLocale& locale) {
-    return QStringLiteral("Last checked: ") +
-           (lastCheckAt ? updateDateText(*lastCheckAt, locale) : QStringLiteral("Never"));
+    return lastCheckAt ? PanelText::tr("Last checked: %1").arg(updateDateText(*lastCheckAt, locale))
+                       : PanelText::tr("Last checked: Never");
 }
 
 QString updateStatusText(const UpdateCheckState& state) {
     const UpdateManifest manifest = state.manifest.value_or(UpdateManifest());
     switch (state.kind) {
     case UpdateCheckState::Kind::available:
-        return QStringLiteral("Version %1 (%2) is available.").arg(manifest.version, QString::number(manifest.build));
+        return PanelText::tr("Version %1 (%2) is available.").arg(manifest.version, QString::number(manifest.build));
     case UpdateCheckState::Kind::unsupported:
-        return QStringLiteral("Version %1 requires macOS %2.")
-            .arg(manifest.version, manifest.minimumMacOS.value_or(QStringLiteral("a newer version")));
+        return PanelText::tr("Version %1 requires macOS %2.")
+            .arg(manifest.version, manifest.minimumMacOS.value_or(PanelText::tr("a newer version")));
     case UpdateCheckState::Kind::failed:
         return state.message;
     case UpdateCheckState::Kind::checking:
-        return QStringLiteral("Checking for updates.");
+        return PanelText::tr("Checking for updates.");
     case UpdateCheckState::Kind::upToDate:
-        return QStringLiteral("Corvane is up to date.");
+        return PanelText::tr("Corvane is up to date.");
     case UpdateCheckState::Kind::idle:
         break;
     }
@@ -55,7 +61,7 @@ QString updateStatusText(const UpdateCheckState& state) {
 std::optional<QString> publishedText(const UpdateManifest& manifest, const QLocale& locale) {
     if (!manifest.publishedAt)
         return std::nullopt;
-    return QStringLiteral("Published %1.").arg(updateDateText(*manifest.publishedAt, locale));
+    return PanelText::tr("Published %1.").arg(updateDateText(*manifest.publishedAt, locale));
 }
 
 } // namespace corvane

@@ -6,6 +6,7 @@
 namespace corvane {
 
 namespace defaultsKeys {
+inline const QString setupCompleted = QStringLiteral("setupCompleted");
 inline const QString diarizationEnabled = QStringLiteral("defaultDiarizationEnabled");
 inline const QString speakerCountMode = QStringLiteral("defaultSpeakerCountMode");
 inline const QString speakerCount = QStringLiteral("defaultSpeakerCount");

@@ -34,10 +34,12 @@ public:
 
     // What `onCommand` does and says, on the thread of the caller.
     [[nodiscard]] CommandResult run(const QString& executable, const QStringList& arguments,
-                                    const CommandCancellation& cancelled = {}) override {
+                                    const CommandCancellation& cancelled = {},
+                                    const ProcessEnvironment& environment = {}) override {
         {
             const std::lock_guard guard(m_mutex);
             m_commands.push_back(QStringList(executable) + arguments);
+            m_commandEnvironments.push_back(environment);
         }
         if (!onCommand)
             throw LaunchError(u"No such file or directory"_s);
@@ -57,6 +59,10 @@ public:
     [[nodiscard]] std::vector<QStringList> commands() const {
         const std::lock_guard guard(m_mutex);
         return m_commands;
+    }
+    [[nodiscard]] std::vector<ProcessEnvironment> commandEnvironments() const {
+        const std::lock_guard guard(m_mutex);
+        return m_commandEnvironments;
     }
     // Ends the process launched as the given number, counted from 0; a process ends once.
     void endProcess(std::size_t number, std::int32_t status) {
@@ -92,6 +98,7 @@ private:
     mutable std::mutex m_mutex;
     std::vector<std::shared_ptr<Process>> m_processes;
     std::vector<QStringList> m_commands;
+    std::vector<ProcessEnvironment> m_commandEnvironments; // one for each command
 };
 
 } // namespace corvane

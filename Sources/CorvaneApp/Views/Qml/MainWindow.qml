@@ -87,6 +87,13 @@ T.ApplicationWindow {
                     page: window.app.speakerProfiles
                 }
             }
+            Loader {
+                anchors.fill: parent
+                active: window.visible && window.app.page === "settings"
+                sourceComponent: SettingsView {
+                    page: window.app.settings
+                }
+            }
         }
     }
 
@@ -96,6 +103,7 @@ T.ApplicationWindow {
         delegate: Shortcut {
             required property var modelData
 
+            enabled: !window.app.isShowingSetupWizard
             sequences: modelData.keys
             onActivated: window.app.shortcuts.run(modelData.command)
         }
@@ -124,6 +132,10 @@ T.ApplicationWindow {
 
         parent: T.Overlay.overlay
         sections: window.app.shortcuts.sections
+    }
+    SetupWizardView {
+        parent: T.Overlay.overlay
+        setup: window.app.setup
     }
 
     DropArea {

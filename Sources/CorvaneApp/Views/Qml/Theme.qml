@@ -72,6 +72,9 @@ QtObject {
     readonly property int columnWidth: 860
     readonly property int wideColumnWidth: 900
     readonly property int sheetWidth: 780
+    readonly property int settingsWidth: 680
+    readonly property int sheetHeight: 580
+    readonly property int stepListWidth: 176
 
     // Form.
     readonly property int smallRadius: 6

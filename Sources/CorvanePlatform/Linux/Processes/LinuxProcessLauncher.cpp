@@ -150,7 +150,7 @@ std::shared_ptr<LaunchedProcess> LinuxProcessLauncher::launch(const ProcessReque
 }
 
 CommandResult LinuxProcessLauncher::run(const QString& executable, const QStringList& arguments,
-                                        const CommandCancellation& cancelled) {
+                                        const CommandCancellation& cancelled, const ProcessEnvironment& environment) {
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         throw LaunchError(systemErrorText(errno));
@@ -159,7 +159,7 @@ CommandResult LinuxProcessLauncher::run(const QString& executable, const QString
     UniqueFd writeEnd = aboveStandardStreams(UniqueFd(ends[1]));
     const pid_t process = spawn({.executable = executable,
                                  .arguments = arguments,
-                                 .environment = {},
+                                 .environment = environment,
                                  .standardOutput = writeEnd.get(),
                                  .standardError = writeEnd.get(),
                                  .session = SpawnSession::inherited});

@@ -15,7 +15,8 @@ public:
     [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const ProcessRequest& request,
                                                           TerminationHandler onTermination) override;
     [[nodiscard]] CommandResult run(const QString& executable, const QStringList& arguments,
-                                    const CommandCancellation& cancelled = {}) override;
+                                    const CommandCancellation& cancelled = {},
+                                    const ProcessEnvironment& environment = {}) override;
 };
 
 } // namespace corvane

@@ -1,0 +1,58 @@
+// What the settings page and the setup wizard ask for beyond the parts: the Hugging Face token, pages of the web, and
+// the tools of this machine. The token store may take its time, so that it is asked beside the main loop.
+#include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneApp/Model/Doctoring.h"
+
+#include <QtConcurrentRun>
+
+namespace corvane {
+
+namespace {
+
+QFuture<bool> changeTokens(const std::shared_ptr<SecretStoring>& store,
+                           const std::function<void(SecretStoring&)>& change) {
+    return QtConcurrent::run([store, change] {
+        try {
+            change(*store);
+            return true;
+        } catch (const Error&) {
+            return false;
+        }
+    });
+}
+
+} // namespace
+
+QFuture<std::optional<bool>> AppModel::hasHuggingFaceToken() const {
+    return QtConcurrent::run([store = m_services.tokenStore]() -> std::optional<bool> {
+        try {
+            return store->hasHuggingFaceToken();
+        } catch (const Error&) {
+            return std::nullopt;
+        }
+    });
+}
+
+QFuture<bool> AppModel::saveHuggingFaceToken(const QString& token) const {
+    return changeTokens(m_services.tokenStore, [token](SecretStoring& store) { store.saveHuggingFaceToken(token); });
+}
+
+QFuture<bool> AppModel::deleteHuggingFaceToken() const {
+    return changeTokens(m_services.tokenStore, [](SecretStoring& store) { store.deleteHuggingFaceToken(); });
+}
+
+bool AppModel::openWebPage(const QUrl& address) {
+    const bool isWebPage = address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+    return isWebPage && address.isValid() && m_services.workspace->open(QString::fromUtf8(address.toEncoded()));
+}
+
+std::unique_ptr<DependencySetupModel> AppModel::makeDependencySetup() const {
+    return std::make_unique<DependencySetupModel>(m_services.processes);
+}
+
+bool AppModel::usesOwnWorker() const {
+    const DoctorOrders orders = doctorOrders(m_services, m_paths.root);
+    return orders.worker && orders.isWorkerOfOurs;
+}
+
+} // namespace corvane

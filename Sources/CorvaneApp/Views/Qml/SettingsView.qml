@@ -1,0 +1,88 @@
+// The settings page: six sections in one column.
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+FocusScope {
+    id: root
+
+    required property var page // SettingsPageModel
+
+    Component.onCompleted: page.appear()
+    Component.onDestruction: page.leave()
+
+    Flickable {
+        id: scroll
+
+        anchors.fill: parent
+        clip: true
+        contentHeight: column.implicitHeight + 2 * Theme.wide
+        boundsBehavior: Flickable.StopAtBounds
+        T.ScrollBar.vertical: ScrollLine {
+        }
+
+        // What the keyboard reaches comes into view.
+        Connections {
+            target: root.Window.window
+            function onActiveFocusItemChanged() {
+                const item = root.Window.activeFocusItem
+                if (item && root.activeFocus)
+                    scroll.show(item.mapToItem(column, 0, 0).y, item.height)
+            }
+        }
+        function show(y, height) {
+            const top = y + column.y - Theme.vast
+            const bottom = y + height + column.y + Theme.vast
+            if (top < contentY)
+                contentY = Math.max(0, top)
+            else if (bottom > contentY + scroll.height)
+                contentY = Math.min(Math.max(0, contentHeight - scroll.height), bottom - scroll.height)
+        }
+
+        ColumnLayout {
+            id: column
+
+            x: (scroll.width - width) / 2
+            y: Theme.wide
+            width: Math.min(Theme.settingsWidth, scroll.width - 2 * Theme.wide)
+            spacing: Theme.wide
+
+            HuggingFaceSettings {
+                Layout.fillWidth: true
+                page: root.page
+            }
+            DiarizationSettings {
+                Layout.fillWidth: true
+                page: root.page
+            }
+            OllamaSettings {
+                Layout.fillWidth: true
+                page: root.page
+            }
+            NotionSettings {
+                Layout.fillWidth: true
+                page: root.page
+            }
+            UpdateSettings {
+                Layout.fillWidth: true
+                page: root.page
+            }
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Setup")
+                help: qsTr("Reopens the first-run setup wizard for Hugging Face, Ollama, and local tools.")
+
+                Label {
+                    Layout.fillWidth: true
+                    text: qsTr("Use this if you skipped onboarding, changed Macs, or want to recheck local dependencies.")
+                    color: Theme.secondary
+                }
+                ActionButton {
+                    text: qsTr("Run Setup Wizard")
+                    symbolName: "wand.and.stars"
+                    onClicked: root.page.runSetupWizard()
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,52 @@
+// The buttons below every page of the setup.
+import QtQuick
+import QtQuick.Layouts
+
+RowLayout {
+    id: bar
+
+    required property var setup // SetupWizardModel
+    readonly property var footer: setup.footer
+
+    function takeFocus() {
+        const main = bar.footer.hasFinish ? finish : goOn
+        main.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    spacing: Theme.small
+
+    ActionButton {
+        text: qsTr("Back")
+        enabled: bar.footer.canGoBack
+        onClicked: bar.setup.goBack()
+    }
+    Item {
+        Layout.fillWidth: true
+    }
+    ActionButton {
+        visible: bar.footer.hasClose
+        text: qsTr("Close")
+        onClicked: bar.setup.close()
+    }
+    ActionButton {
+        visible: bar.footer.canSkip
+        text: bar.footer.skipText
+        onClicked: bar.setup.completeStep()
+    }
+    ActionButton {
+        id: goOn
+
+        visible: bar.footer.hasContinue
+        text: qsTr("Continue")
+        isProminent: true
+        onClicked: bar.setup.completeStep()
+    }
+    ActionButton {
+        id: finish
+
+        visible: bar.footer.hasFinish
+        text: qsTr("Finish Setup")
+        isProminent: true
+        onClicked: bar.setup.finish()
+    }
+}
