@@ -21,7 +21,8 @@ public:
     [[nodiscard]] std::shared_ptr<LaunchedProcess> launch(const ProcessRequest&, TerminationHandler) override {
         return nullptr;
     }
-    [[nodiscard]] CommandResult run(const QString&, const QStringList&, const CommandCancellation&) override {
+    [[nodiscard]] CommandResult run(const QString&, const QStringList&, const CommandCancellation&,
+                                    const ProcessEnvironment&) override {
         return {};
     }
 };

@@ -28,8 +28,9 @@ namespace corvane {
 
 class ModelFixture {
 public:
-    // No test asks for updates or for a local model unless it sets out to.
+    // No test asks for updates or for a local model, or is in its setup, unless it sets out to.
     explicit ModelFixture(AppPaths location) : m_paths(std::move(location)) {
+        defaults->set(defaultsKeys::setupCompleted, true);
         defaults->set(defaultsKeys::updateAutomaticChecksEnabled, false);
     }
 

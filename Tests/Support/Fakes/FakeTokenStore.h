@@ -3,6 +3,9 @@
 
 #include "CorvaneCore/Interfaces/SecretStoring.h"
 
+#include <QSemaphore>
+
+#include <atomic>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -15,7 +18,20 @@ public:
     // before it is used.
     std::function<std::optional<QString>()> answer;
 
-    [[nodiscard]] bool hasHuggingFaceToken() override { return read(m_huggingFace).has_value(); }
+    // Questions for the Hugging Face token are counted, when they come and when they are answered. With a gate the
+    // answer, as it is by then, waits until the gate is released.
+    std::atomic<int> asked = 0;
+    std::atomic<int> answered = 0;
+    void hold(QSemaphore* gate) { m_gate = gate; }
+
+    [[nodiscard]] bool hasHuggingFaceToken() override {
+        const bool has = read(m_huggingFace).has_value();
+        ++asked;
+        if (QSemaphore* const gate = m_gate)
+            gate->acquire();
+        ++answered;
+        return has;
+    }
     [[nodiscard]] std::optional<QString> readHuggingFaceToken() override {
         return answer ? answer() : read(m_huggingFace);
     }
@@ -51,6 +67,7 @@ private:
             throw *m_failure;
     }
 
+    std::atomic<QSemaphore*> m_gate = nullptr;
     mutable std::mutex m_mutex;
     Token m_huggingFace;
     Token m_notion;

@@ -36,13 +36,18 @@ SettingsSection {
             onTextEdited: section.page.notionDatabaseURL = text
             onAccepted: section.page.syncNotionDatabase()
         }
-        Spinner {
-            visible: section.page.isFetchingNotion
-        }
-        ActionButton {
-            text: qsTr("Sync DB")
-            enabled: section.page.canSyncNotion
-            onClicked: section.page.syncNotionDatabase()
+        Row {
+            spacing: Theme.small
+
+            Spinner {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: section.page.isFetchingNotion
+            }
+            ActionButton {
+                text: qsTr("Sync DB")
+                enabled: section.page.canSyncNotion
+                onClicked: section.page.syncNotionDatabase()
+            }
         }
     }
     RowLayout {

@@ -25,18 +25,18 @@ FocusScope {
         Connections {
             target: root.Window.window
             function onActiveFocusItemChanged() {
-                const item = root.Window.activeFocusItem
+                const item = root.Window.activeFocusItem;
                 if (item && root.activeFocus)
-                    scroll.show(item.mapToItem(column, 0, 0).y, item.height)
+                    scroll.show(item.mapToItem(column, 0, 0).y, item.height);
             }
         }
         function show(y, height) {
-            const top = y + column.y - Theme.vast
-            const bottom = y + height + column.y + Theme.vast
+            const top = y + column.y - Theme.vast;
+            const bottom = y + height + column.y + Theme.vast;
             if (top < contentY)
-                contentY = Math.max(0, top)
+                contentY = Math.max(0, top);
             else if (bottom > contentY + scroll.height)
-                contentY = Math.min(Math.max(0, contentHeight - scroll.height), bottom - scroll.height)
+                contentY = Math.min(Math.max(0, contentHeight - scroll.height), bottom - scroll.height);
         }
 
         ColumnLayout {

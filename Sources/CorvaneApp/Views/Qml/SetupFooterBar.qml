@@ -9,8 +9,8 @@ RowLayout {
     readonly property var footer: setup.footer
 
     function takeFocus() {
-        const main = bar.footer.hasFinish ? finish : goOn
-        main.forceActiveFocus(Qt.OtherFocusReason)
+        const main = bar.footer.hasFinish ? finish : goOn;
+        main.forceActiveFocus(Qt.OtherFocusReason);
     }
 
     spacing: Theme.small
@@ -23,30 +23,34 @@ RowLayout {
     Item {
         Layout.fillWidth: true
     }
-    ActionButton {
-        visible: bar.footer.hasClose
-        text: qsTr("Close")
-        onClicked: bar.setup.close()
-    }
-    ActionButton {
-        visible: bar.footer.canSkip
-        text: bar.footer.skipText
-        onClicked: bar.setup.completeStep()
-    }
-    ActionButton {
-        id: goOn
+    Row {
+        spacing: Theme.small
 
-        visible: bar.footer.hasContinue
-        text: qsTr("Continue")
-        isProminent: true
-        onClicked: bar.setup.completeStep()
-    }
-    ActionButton {
-        id: finish
+        ActionButton {
+            visible: bar.footer.hasClose
+            text: qsTr("Close")
+            onClicked: bar.setup.close()
+        }
+        ActionButton {
+            visible: bar.footer.canSkip
+            text: bar.footer.skipText
+            onClicked: bar.setup.completeStep()
+        }
+        ActionButton {
+            id: goOn
 
-        visible: bar.footer.hasFinish
-        text: qsTr("Finish Setup")
-        isProminent: true
-        onClicked: bar.setup.finish()
+            visible: bar.footer.hasContinue
+            text: qsTr("Continue")
+            isProminent: true
+            onClicked: bar.setup.completeStep()
+        }
+        ActionButton {
+            id: finish
+
+            visible: bar.footer.hasFinish
+            text: qsTr("Finish Setup")
+            isProminent: true
+            onClicked: bar.setup.finish()
+        }
     }
 }

@@ -10,11 +10,7 @@ SetupPage {
     title: qsTr("Hugging Face")
 
     Repeater {
-        model: [
-            qsTr("Speaker diarization detects who spoke when, so the transcript can be split into speaker labels such as SPEAKER_00 and SPEAKER_01."),
-            qsTr("To use diarization, create a free Hugging Face account and a token with Read access. Corvane stores the token in macOS Keychain."),
-            qsTr("Before the token works, you must also open the pyannote model page while signed in and accept its model agreement.")
-        ]
+        model: [qsTr("Speaker diarization detects who spoke when, so the transcript can be split into speaker labels such as SPEAKER_00 and SPEAKER_01."), qsTr("To use diarization, create a free Hugging Face account and a token with Read access. Corvane stores the token in macOS Keychain."), qsTr("Before the token works, you must also open the pyannote model page while signed in and accept its model agreement.")]
 
         Label {
             required property string modelData
@@ -50,25 +46,36 @@ SetupPage {
         Layout.topMargin: Theme.tight
         color: Theme.field
 
-        SetupDetailRow {
+        Grid {
+            id: grid
+
+            readonly property real columnWidth: (width - columnSpacing) / 2
+
             Layout.fillWidth: true
-            title: qsTr("1. Sign in or create an account")
-            detail: qsTr("Use the Hugging Face account page.")
-        }
-        SetupDetailRow {
-            Layout.fillWidth: true
-            title: qsTr("2. Accept the model agreement")
-            detail: qsTr("Open pyannote/speaker-diarization-community-1 and accept access to the model files.")
-        }
-        SetupDetailRow {
-            Layout.fillWidth: true
-            title: qsTr("3. Create a token")
-            detail: qsTr("A Hugging Face token with Read access is enough for diarization.")
-        }
-        SetupDetailRow {
-            Layout.fillWidth: true
-            title: qsTr("4. Paste it below")
-            detail: qsTr("The token is stored in macOS Keychain.")
+            columns: 2
+            columnSpacing: Theme.large
+            rowSpacing: Theme.medium
+
+            SetupDetailRow {
+                width: grid.columnWidth
+                title: qsTr("1. Sign in or create an account")
+                detail: qsTr("Use the Hugging Face account page.")
+            }
+            SetupDetailRow {
+                width: grid.columnWidth
+                title: qsTr("2. Accept the model agreement")
+                detail: qsTr("Open pyannote/speaker-diarization-community-1 and accept access to the model files.")
+            }
+            SetupDetailRow {
+                width: grid.columnWidth
+                title: qsTr("3. Create a token")
+                detail: qsTr("A Hugging Face token with Read access is enough for diarization.")
+            }
+            SetupDetailRow {
+                width: grid.columnWidth
+                title: qsTr("4. Paste it below")
+                detail: qsTr("The token is stored in macOS Keychain.")
+            }
         }
     }
     TextInputField {
@@ -83,8 +90,8 @@ SetupPage {
         Keys.onEnterPressed: event => save(event)
 
         function save(event) {
-            event.accepted = page.setup.canSaveToken
-            page.setup.saveHuggingFaceToken()
+            event.accepted = page.setup.canSaveToken;
+            page.setup.saveHuggingFaceToken();
         }
     }
     StatusText {

@@ -18,9 +18,9 @@ SetupPage {
         Layout.fillWidth: true
         visible: page.setup.needsNoTools
         line: ({
-                iconName: "info.circle",
-                tone: "secondary",
-                text: qsTr("The worker that comes with this version needs none of them: meetings can be processed as it is. They serve a worker of your own.")
+                "iconName": "info.circle",
+                "tone": "secondary",
+                "text": qsTr("The worker that comes with this version needs none of them: meetings can be processed as it is. They serve a worker of your own.")
             })
     }
     Card {

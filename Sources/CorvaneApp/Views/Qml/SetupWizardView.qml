@@ -14,7 +14,7 @@ T.Popup {
     focus: true
     anchors.centerIn: parent
     width: Math.min(Theme.sheetWidth, (parent ? parent.width : 0) - 2 * Theme.wide)
-    height: Math.min(Theme.sheetHeight, (parent ? parent.height : 0) - 2 * Theme.wide)
+    height: Math.min(Theme.sheetHeight, (parent ? parent.height : 0) - 2 * Theme.large)
     padding: Theme.medium
     closePolicy: T.Popup.NoAutoClose
 
@@ -73,8 +73,8 @@ T.Popup {
                         active: sheet.visible
                         sourceComponent: sheet.pages[sheet.setup.step]
                         onLoaded: {
-                            scroll.contentY = 0
-                            footer.takeFocus()
+                            scroll.contentY = 0;
+                            footer.takeFocus();
                         }
                     }
                 }
@@ -99,17 +99,17 @@ T.Popup {
 
     function goOn() {
         if (setup.footer.hasFinish)
-            setup.finish()
+            setup.finish();
         else
-            setup.completeStep()
+            setup.completeStep();
     }
 
     readonly property var pages: ({
-            welcome: welcomePage,
-            huggingFace: huggingFacePage,
-            ollama: ollamaPage,
-            dependencies: toolsPage,
-            finish: finishPage
+            "welcome": welcomePage,
+            "huggingFace": huggingFacePage,
+            "ollama": ollamaPage,
+            "dependencies": toolsPage,
+            "finish": finishPage
         })
     readonly property Component welcomePage: SetupWelcomePage {
     }

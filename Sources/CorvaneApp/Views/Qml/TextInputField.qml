@@ -21,13 +21,13 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
     hoverEnabled: true
+    // Tells assistive technology too; saying so in so many words costs the field its name there.
     echoMode: isSecret ? TextInput.Password : TextInput.Normal
     inputMethodHints: isSecret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase : Qt.ImhNone
     opacity: enabled ? 1 : Theme.disabledOpacity
 
     Accessible.role: Accessible.EditableText
     Accessible.name: accessibleName !== "" ? accessibleName : placeholderText
-    Accessible.passwordEdit: isSecret
     Accessible.focusable: true
 
     Text {

@@ -73,7 +73,7 @@ QtObject {
     readonly property int wideColumnWidth: 900
     readonly property int sheetWidth: 780
     readonly property int settingsWidth: 680
-    readonly property int sheetHeight: 580
+    readonly property int sheetHeight: 660
     readonly property int stepListWidth: 176
 
     // Form.

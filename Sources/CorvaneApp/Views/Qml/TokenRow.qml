@@ -23,16 +23,21 @@ RowLayout {
         onTextEdited: row.edited(text)
         onAccepted: row.saved()
     }
-    ActionButton {
-        text: qsTr("Save")
-        isProminent: true
-        enabled: row.canSave
-        onClicked: row.saved()
-    }
-    ActionButton {
-        text: qsTr("Remove")
-        visible: row.isStored
-        isDestructive: true
-        onClicked: row.removed()
+    // By themselves: the layout does not always notice that one appears.
+    Row {
+        spacing: Theme.small
+
+        ActionButton {
+            text: qsTr("Save")
+            isProminent: true
+            enabled: row.canSave
+            onClicked: row.saved()
+        }
+        ActionButton {
+            text: qsTr("Remove")
+            visible: row.isStored
+            isDestructive: true
+            onClicked: row.removed()
+        }
     }
 }
