@@ -1,7 +1,6 @@
 // What the settings page and the setup wizard ask for beyond the parts: the Hugging Face token, pages of the web, and
 // the tools of this machine. The token store may take its time, so that it is asked beside the main loop.
 #include "CorvaneApp/Model/AppModel.h"
-#include "CorvaneApp/Model/Doctoring.h"
 
 #include <QtConcurrentRun>
 
@@ -51,8 +50,10 @@ std::unique_ptr<DependencySetupModel> AppModel::makeDependencySetup() const {
 }
 
 bool AppModel::usesOwnWorker() const {
-    const DoctorOrders orders = doctorOrders(m_services, m_paths.root);
-    return orders.worker && orders.isWorkerOfOurs;
+    // A worker found elsewhere, in an environment of the user's, may need whatever it likes.
+    const auto worker = findWorker();
+    const auto& own = m_services.bundleResourceDirectory;
+    return worker && own && worker->startsWith(*own + QLatin1Char('/'));
 }
 
 } // namespace corvane

@@ -38,7 +38,6 @@ Rectangle {
             font.family: Theme.monospace
             font.pixelSize: Theme.bodySize - 1
             activeFocusOnTab: true
-            wrapMode: TextEdit.WrapAnywhere
             Accessible.description: accessibleName
         }
     }

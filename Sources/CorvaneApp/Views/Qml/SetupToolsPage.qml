@@ -20,7 +20,7 @@ SetupPage {
         line: ({
                 "iconName": "info.circle",
                 "tone": "secondary",
-                "text": qsTr("The worker that comes with this version needs none of them: meetings can be processed as it is. They serve a worker of your own.")
+                "text": qsTr("The worker that comes with this version needs none of them: meetings can be processed without. They serve a worker of your own.")
             })
     }
     Card {
