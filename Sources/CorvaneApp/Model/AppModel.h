@@ -203,6 +203,7 @@ private:
     void restoreLatestMeeting();
     void restoreSidebarSelection();
     void startPolling();
+    void primeSystemAudioPermissionIfNeeded();
     void startCallDetection();
     void resetSpeakerReviewState();
     void showDraft(const MeetingListItem& meeting);
