@@ -28,7 +28,8 @@ protected:
         return std::make_unique<SingleInstance>(runtime.path(), data.path());
     }
     [[nodiscard]] QString file(const char* ending) const {
-        const QStringList found = QDir(runtime.path()).entryList({u"corvane-*"_s + ending}, QDir::AllEntries | QDir::System);
+        const QStringList found =
+            QDir(runtime.path()).entryList({u"corvane-*"_s + ending}, QDir::AllEntries | QDir::System);
         return found.size() == 1 ? runtime.filePath(found.first()) : QString();
     }
     // As another process would, while this one's loop runs.
@@ -58,7 +59,8 @@ TEST_F(SingleInstanceTest, TheSecondHandsOverAndTheThirdTakesThePlaceOfTheFirst)
               QFile::Permissions());
 
     std::vector<StartRequest> requests;
-    QObject::connect(first.get(), &SingleInstance::requested, [&](const StartRequest& got) { requests.push_back(got); });
+    QObject::connect(first.get(), &SingleInstance::requested,
+                     [&](const StartRequest& got) { requests.push_back(got); });
     EXPECT_TRUE(handOver(*second));
     EXPECT_THAT(requests, ElementsAre(request));
 

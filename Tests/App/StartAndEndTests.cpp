@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThreadPool>
 
 #include <gmock/gmock.h>
 
@@ -71,6 +72,8 @@ protected:
         fixture.audioInputs->systemDevice->format.sample = AudioFormat::Sample::float32;
         QObject::connect(&quit, &QuitController::quitWanted, [this] { ++quits; });
     }
+    // What still joins writes into the directory that is about to go.
+    ~QuitTest() override { QThreadPool::globalInstance()->waitForDone(); }
     void record() {
         model.startRecording(std::nullopt);
         ASSERT_TRUE(fixture.audioInputs->microphoneDevice->deliverCounted(48'000));

@@ -30,7 +30,7 @@ class DesktopTest(sound.SoundTest):
             f"<busconfig><type>session</type><listen>unix:path={self.home}/bus</listen><policy context='default'>"
             "<allow send_destination='*'/><allow receive_sender='*'/><allow own='*'/></policy></busconfig>")
         bus = subprocess.Popen(["dbus-daemon", "--nofork", "--print-address", f"--config-file={configuration}"],
-                               stdout=subprocess.PIPE, text=True)
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.addCleanup(self.end, bus)
         address = bus.stdout.readline().strip()
         # No call leaves the test for the machine's own services.

@@ -1,5 +1,5 @@
-// A tray on a session bus, on a connection of its own: it takes items and lets the test be the user who reads their menu
-// and clicks in it. Gone with its owner. Main thread.
+// A tray on a session bus, on a connection of its own: it takes items and lets the test be the user who reads their
+// menu and clicks in it. Gone with its owner. Main thread.
 #pragma once
 
 #include <QDBusConnection>

@@ -1,6 +1,6 @@
 // The fake tray as a program, on the session bus of its environment. It says "ready"; then each line of standard input
-// is answered by one line of JSON: items, menu, property NAME, choose TEXT, click, leave (the tray goes), come (a tray is
-// there again). It ends with its input.
+// is answered by one line of JSON: items, menu, property NAME, choose TEXT, click, leave (the tray goes), come (a tray
+// is there again). It ends with its input.
 #include "Support/FakeTray.h"
 #include "Support/PrintQt.h"
 

@@ -50,8 +50,7 @@ UniqueFd connectTo(const QString& path) {
         return {};
     std::memcpy(address.sun_path, encoded.constData(), static_cast<std::size_t>(encoded.size()));
     UniqueFd socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    if (socket.get() < 0 ||
-        ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+    if (socket.get() < 0 || ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         !isOfThisUser(socket.get()))
         return {};
     return socket;

@@ -67,9 +67,8 @@ void TrayItem::takeWatcher(bool isThere) {
         decide(false);
         return;
     }
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                       QStringLiteral("Get"));
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question.setArguments({watcherService, QStringLiteral("IsStatusNotifierHostRegistered")});
     ask(question, &TrayItem::takeHost);
 }

@@ -55,8 +55,8 @@ void DesktopPowerManagement::inhibitBySystem(const char* what, const char* mode,
     m_system.call(message, [this, wish = m_holding, onRefusal](const std::optional<QDBusMessage>& reply) {
         if (wish != m_holding)
             return; // the lock goes with the reply
-        const auto lock = reply ? reply->arguments().value(0).value<QDBusUnixFileDescriptor>()
-                                : QDBusUnixFileDescriptor();
+        const auto lock =
+            reply ? reply->arguments().value(0).value<QDBusUnixFileDescriptor>() : QDBusUnixFileDescriptor();
         if (!lock.isValid()) {
             onRefusal();
             return;
