@@ -1,8 +1,10 @@
 // What a start asks for, what the tray offers, and how the application ends.
 #include "Support/Builders/DataDirectoryBuilder.h"
 #include "Support/Builders/ModelFixture.h"
+#include "Support/Fakes/FakePowerManagement.h"
 #include "Support/PrintQt.h"
 
+#include "CorvaneApp/Views/KeepAwake.h"
 #include "CorvaneApp/Views/QuitController.h"
 #include "CorvaneApp/Views/TrayMenu.h"
 #include "CorvaneCore/Services/StartRequest.h"
@@ -154,6 +156,22 @@ TEST_F(QuitTest, ASecondSignalWaitsNoLonger) {
     EXPECT_TRUE(quit.isFinishing());
     quit.endSoon(1h);
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(QuitTest, TheMachineStaysAwakeWhileSoundIsTakenAndJoined) {
+    const auto power = std::make_shared<FakePowerManagement>();
+    const KeepAwake keepAwake(model.recording(), power);
+    record();
+    EXPECT_TRUE(power->reason);
+    model.pauseRecording();
+    EXPECT_FALSE(power->reason);
+    model.resumeRecording();
+    EXPECT_TRUE(power->reason);
+    model.pauseRecording();
+    const auto joined = model.stopRecording(AppModel::AfterStop::leave);
+    EXPECT_TRUE(power->reason);
+    EXPECT_TRUE(ModelFixture::resultOf(joined));
+    EXPECT_FALSE(power->reason);
 }
 
 TEST_F(QuitTest, PermissionForSystemAudioIsAskedForAtTheStart) {

@@ -135,6 +135,21 @@ class Application(desktop.DesktopTest):
         self.assertEqual(self.statuses(), ["recorded", "recorded"])
         self.assertEqual(len(list((self.root / "recordings").iterdir())), 2)
 
+    def test_what_there_is_no_time_to_join_is_recovered_later(self):
+        self.serve()
+        self.play_tones()
+        process = self.start_in_tray()
+        self.record()
+        meeting = next(self.root.glob("meetings/*")).name
+        self.sound_before(meeting, 1800)
+        process.send_signal(signal.SIGTERM)
+        self.wait_for(lambda: (self.root / "recordings" / (meeting + "-mix")).exists(), "the joining")
+        self.interrupt(process, signal.SIGTERM)
+        self.assertEqual((process.returncode, self.statuses()), (0, ["recording"]))
+        self.ctl("recover", meeting, "--no-process")
+        self.assertEqual(self.statuses(), ["recorded"])
+        self.assertEqual([path.name for path in (self.root / "recordings").iterdir()], [meeting + ".wav"])
+
 
 class WithoutADesktop(support.EndToEndTest):
     def test_says_what_is_missing_and_what_there_is(self):

@@ -1,7 +1,6 @@
 #include "CorvaneApp/Shell/Application.h"
 
 #include "CorvaneApp/Shell/WindowActivation.h"
-#include "CorvaneApp/Views/PanelText.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
@@ -30,6 +29,7 @@ Application::Application(const AppPaths& paths, AppServices services, DesktopSer
       m_desktop(std::move(desktop)),
       m_model(paths, services),
       m_quit(m_model),
+      m_keepAwake(m_model.recording(), m_desktop.power),
       m_window(m_model, m_quit, services.clock, m_desktop.preferences, m_desktop.windowStateFile) {
     for (QTimer* timer : {&m_preferencesDeadline, &m_trayDeadline})
         timer->setSingleShot(true);
@@ -55,9 +55,7 @@ Application::Application(const AppPaths& paths, AppServices services, DesktopSer
     followRecording();
 }
 
-Application::~Application() {
-    m_desktop.power->release();
-}
+Application::~Application() = default;
 
 void Application::start(const StartRequest& request) {
     m_request = request;
@@ -107,10 +105,6 @@ void Application::followRecording() {
     const RecordingPart& recording = m_model.recording();
     const auto kind = recording.recordingState().kind;
     m_tray.setMenu(trayMenu(kind, recording.finishingProgress() ? Finishing::underWay : Finishing::no));
-    if (kind == RecordingState::Kind::recording)
-        m_desktop.power->keepAwake(PanelText::tr("A meeting is being recorded"));
-    else
-        m_desktop.power->release();
 }
 
 // Without a tray only the window leads back to itself.

@@ -4,6 +4,7 @@
 
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneApp/Shell/TrayItem.h"
+#include "CorvaneApp/Views/KeepAwake.h"
 #include "CorvaneApp/Views/QuitController.h"
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
 #include "CorvaneCore/Interfaces/DesktopPreferences.h"
@@ -58,6 +59,7 @@ private:
     DesktopServices m_desktop;
     AppModel m_model;
     QuitController m_quit;
+    KeepAwake m_keepAwake;
     DashboardWindowController m_window;
     TrayItem m_tray;
     StartRequest m_request; // the last one that brought the window up
