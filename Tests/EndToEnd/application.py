@@ -110,12 +110,15 @@ class Application(desktop.DesktopTest):
         self.wait_for_window()
 
     def test_without_a_tray_the_window_stays_reachable(self):
+        manager = subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL)
+        self.addCleanup(self.end, manager)
         self.set_up()
         process = self.start("corvane")
         window = self.wait_for_window()
         self.press(window, "ctrl+w")
+        self.wait_for(lambda: not self.windows(), "the window to be minimised")
         self.assertIsNone(process.poll())
-        self.assertEqual(self.run_program("corvane").returncode, 0)
+        self.assertEqual(self.run_program("corvane", DESKTOP_STARTUP_ID="start_TIME1").returncode, 0)
         self.press(self.wait_for_window(), "ctrl+q")
         self.assert_ended(process)
 

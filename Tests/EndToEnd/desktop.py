@@ -13,7 +13,7 @@ import support
 class DesktopTest(sound.SoundTest):
     def setUp(self):
         super().setUp()
-        for program in ("Xvfb", "dbus-daemon", "xdotool"):
+        for program in ("Xvfb", "dbus-daemon", "openbox", "xdotool"):
             if not shutil.which(program):
                 self.skipTest(program + " is not installed")
         (self.home / "runtime").mkdir(mode=0o700)
