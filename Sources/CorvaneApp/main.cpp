@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto answerPatience = 3s;     // of a process that runs already
+constexpr auto answerPatience = 10s;    // one that answered later would have been asked twice
 constexpr auto instancePatience = 12s;  // for one that is just ending to end
 constexpr auto instanceInterval = 20ms; // between two attempts
 constexpr int poolMilliseconds = 200;
