@@ -110,7 +110,8 @@ class Application(desktop.DesktopTest):
         self.wait_for_window()
 
     def test_without_a_tray_the_window_stays_reachable(self):
-        manager = subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL)
+        manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
         self.addCleanup(self.end, manager)
         self.set_up()
         process = self.start("corvane")
