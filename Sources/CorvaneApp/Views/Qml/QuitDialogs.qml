@@ -23,15 +23,17 @@ Item {
         visible: root.quit.isAsking
         title: qsTr("Quit while recording?")
         message: qsTr("The recording is stopped and saved before Corvane quits. It can be transcribed later.")
-        answers: [
-            { text: qsTr("Stop Recording and Quit"), isDestructive: true },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Stop Recording and Quit"),
+                "isDestructive": true
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => {
             if (index === 0)
-                root.quit.stopAndQuit()
+                root.quit.stopAndQuit();
             else
-                root.quit.cancel()
+                root.quit.cancel();
         }
     }
     AlertDialog {
@@ -39,9 +41,9 @@ Item {
         visible: root.quit.isFinishing
         title: qsTr("Finishing the recording")
         message: qsTr("Corvane quits when the recording is saved.")
-        answers: [
-            { text: qsTr("Do Not Quit") }
-        ]
+        answers: [{
+                "text": qsTr("Do Not Quit")
+            }]
         onAnswered: root.quit.cancel()
 
         ProgressLine {
@@ -55,15 +57,16 @@ Item {
         visible: root.quit.hasFailed
         title: qsTr("The recording could not be finished")
         message: qsTr("Everything recorded so far is kept, and can be recovered when Corvane is started again.")
-        answers: [
-            { text: qsTr("Quit Anyway") },
-            { text: qsTr("Cancel") }
-        ]
+        answers: [{
+                "text": qsTr("Quit Anyway")
+            }, {
+                "text": qsTr("Cancel")
+            }]
         onAnswered: index => {
             if (index === 0)
-                root.quit.quitAnyway()
+                root.quit.quitAnyway();
             else
-                root.quit.cancel()
+                root.quit.cancel();
         }
     }
 }
