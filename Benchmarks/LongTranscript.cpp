@@ -5,6 +5,7 @@
 #include "Support/Builders/DataDirectoryBuilder.h"
 #include "Support/Builders/ModelFixture.h"
 
+#include "CorvaneApp/Views/QuitController.h"
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
 #include "CorvanePlatform/Null/FixedDesktopPreferences.h"
 
@@ -104,7 +105,8 @@ int main(int argc, char** argv) {
     makeMeeting(data, QStringLiteral("SHORT"), shortMeeting);
     ModelFixture fixture(data.paths);
     AppModel& model = fixture.start();
-    DashboardWindowController controller(model, fixture.clock, std::make_shared<FixedDesktopPreferences>(),
+    QuitController quit(model);
+    DashboardWindowController controller(model, quit, fixture.clock, std::make_shared<FixedDesktopPreferences>(),
                                          data.paths.root + QStringLiteral("/window.ini"));
     if (!controller.show())
         return 1;

@@ -4,6 +4,7 @@
 
 #include "App/AppModelTest.h"
 
+#include "CorvaneApp/Views/QuitController.h"
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
 #include "CorvanePlatform/Null/FixedDesktopPreferences.h"
 
@@ -18,13 +19,17 @@ protected:
     // The desktop asks for stillness: nothing is still on its way when a test looks.
     void show() {
         model = &fixture.start();
+        quit = std::make_unique<QuitController>(*model);
         controller = std::make_unique<DashboardWindowController>(
-            *model, fixture.clock, std::make_shared<FixedDesktopPreferences>(ColorScheme::light, true),
+            *model, *quit, fixture.clock, std::make_shared<FixedDesktopPreferences>(ColorScheme::light, true),
             data.paths.root + u"/window.ini"_s);
         ASSERT_TRUE(controller->show());
         ASSERT_TRUE(loopUntil([this] { return window().isExposed() && window().isActive(); }));
     }
-    void TearDown() override { controller.reset(); }
+    void TearDown() override {
+        controller.reset();
+        quit.reset();
+    }
 
     [[nodiscard]] QQuickWindow& window() const { return *controller->window(); }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
@@ -48,6 +53,7 @@ protected:
     [[nodiscard]] bool has(const QString& name) const { return findIn(*window().contentItem(), name) != nullptr; }
 
     AppModel* model = nullptr;
+    std::unique_ptr<QuitController> quit;
     std::unique_ptr<DashboardWindowController> controller;
 
 private:

@@ -9,7 +9,6 @@ import random
 import resource
 import shutil
 import signal
-import struct
 import subprocess
 import time
 
@@ -33,21 +32,6 @@ class Killed(sound.SoundTest):
         """When capture was about to start, on the monotonic clock."""
         reference = 978307200  # 2001-01-01, from which the draft counts
         return time.monotonic() - (time.time() - reference - self.draft(meeting)["started_at"])
-
-    def sound_before(self, meeting, seconds):
-        """Puts sound in front of what is recorded, as of an earlier time, so that finishing takes a while."""
-        for name in ("chunks", "system-chunks"):
-            directory = self.root / "meetings" / meeting / name
-            content = (directory / "000000.wav").read_bytes()
-            data = content.index(b"data") + 8
-            rate, frame = struct.unpack_from("<I4xH", content, content.index(b"fmt ") + 12)
-            length = rate * frame * seconds
-            second = bytes(rate * frame)
-            with open(directory / "000000-earlier.wav", "wb") as file:
-                file.write(content[:4] + (data + length - 8).to_bytes(4, "little") + content[8:data - 4] +
-                           length.to_bytes(4, "little"))
-                for _ in range(seconds):
-                    file.write(second)
 
     def recover(self, meeting):
         """The finished file; a meeting that was finished before its killer came is no failure."""

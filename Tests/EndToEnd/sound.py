@@ -7,6 +7,7 @@ import math
 import os
 import pathlib
 import shutil
+import struct
 import subprocess
 import time
 import wave
@@ -127,3 +128,18 @@ class SoundTest(support.EndToEndTest):
 
     def draft(self, meeting):
         return json.loads((self.root / "meetings" / meeting / "metadata.json").read_bytes())
+
+    def sound_before(self, meeting, seconds):
+        """Puts sound in front of what is recorded, as of an earlier time, so that finishing takes a while."""
+        for name in ("chunks", "system-chunks"):
+            directory = self.root / "meetings" / meeting / name
+            content = (directory / "000000.wav").read_bytes()
+            data = content.index(b"data") + 8
+            rate, frame = struct.unpack_from("<I4xH", content, content.index(b"fmt ") + 12)
+            length = rate * frame * seconds
+            second = bytes(rate * frame)
+            with open(directory / "000000-earlier.wav", "wb") as file:
+                file.write(content[:4] + (data + length - 8).to_bytes(4, "little") + content[8:data - 4] +
+                           length.to_bytes(4, "little"))
+                for _ in range(seconds):
+                    file.write(second)

@@ -4,6 +4,8 @@
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
 
+#include <QtConcurrentRun>
+
 namespace corvane {
 
 AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
@@ -48,6 +50,7 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
     connect(&m_library, &LibraryPart::selectedSidebarItemChanged, this, &AppModel::refreshSelectedNotionPageURL);
     startPolling();
     if (m_services.surface == Surface::window) {
+        primeSystemAudioPermissionIfNeeded();
         startCallDetection();
         restoreCachedUpdateState();
         checkForUpdatesIfNeeded();
@@ -99,6 +102,19 @@ void AppModel::restoreSidebarSelection() {
 
 void AppModel::resetSpeakerReviewState() {
     m_speakerReview.reset();
+}
+
+// A system that asks the user before it lets sound be captured asks now, and not in the first seconds of a meeting.
+void AppModel::primeSystemAudioPermissionIfNeeded() {
+    if (m_systemAudioCaptureMode == SystemAudioCaptureMode::off)
+        return;
+    static_cast<void>(QtConcurrent::run([inputs = m_services.audioInputs] {
+        try {
+            ChunkedSystemAudioRecorder::primePermission(*inputs);
+        } catch (const Error&) {
+            // The recording says what is missing.
+        }
+    }));
 }
 
 void AppModel::startCallDetection() {

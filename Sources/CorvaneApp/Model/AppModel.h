@@ -218,6 +218,7 @@ private:
     void restoreLatestMeeting();
     void restoreSidebarSelection();
     void startPolling();
+    void primeSystemAudioPermissionIfNeeded();
     void startCallDetection();
     void resetSpeakerReviewState();
     void showDraft(const MeetingListItem& meeting);

@@ -76,6 +76,7 @@ class AudioInputs {
 public:
     virtual ~AudioInputs() = default;
 
+    // Both on any thread.
     [[nodiscard]] virtual std::unique_ptr<AudioInput> microphone() = 0;
     [[nodiscard]] virtual std::unique_ptr<AudioInput> systemAudio() = 0;
 

@@ -15,6 +15,8 @@ public:
 
     [[nodiscard]] virtual ColorScheme colorScheme() const = 0;
     [[nodiscard]] virtual bool isMotionReduced() const = 0;
+    // False while the desktop has still to answer; changed() tells when it has.
+    [[nodiscard]] virtual bool isKnown() const { return true; }
 
 Q_SIGNALS:
     void changed();

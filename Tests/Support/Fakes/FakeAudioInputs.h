@@ -4,7 +4,9 @@
 
 #include "CorvaneCore/Interfaces/AudioInput.h"
 
+#include <QCoreApplication>
 #include <QStringList>
+#include <QThread>
 
 #include <cstdint>
 #include <mutex>
@@ -110,12 +112,15 @@ class FakeAudioInputs final : public AudioInputs {
 public:
     const std::shared_ptr<FakeAudioDevice> microphoneDevice = std::make_shared<FakeAudioDevice>();
     const std::shared_ptr<FakeAudioDevice> systemDevice = std::make_shared<FakeAudioDevice>();
+    // What is captured beside the main thread: the start of the application, which asks for permission.
+    const std::shared_ptr<FakeAudioDevice> primedDevice = std::make_shared<FakeAudioDevice>();
 
     [[nodiscard]] std::unique_ptr<AudioInput> microphone() override {
         return std::make_unique<FakeAudioInput>(microphoneDevice);
     }
     [[nodiscard]] std::unique_ptr<AudioInput> systemAudio() override {
-        return std::make_unique<FakeAudioInput>(systemDevice);
+        const bool isPriming = QThread::currentThread() != QCoreApplication::instance()->thread();
+        return std::make_unique<FakeAudioInput>(isPriming ? primedDevice : systemDevice);
     }
     [[nodiscard]] AudioDevices devices() override { return {}; }
 };

@@ -8,6 +8,7 @@ T.ApplicationWindow {
 
     required property var app // MainWindowModel
     required property var preferences // Appearance
+    required property var quit // QuitController
 
     title: "Corvane"
     width: 980
@@ -155,5 +156,10 @@ T.ApplicationWindow {
             border.width: 2
             border.color: Theme.accent
         }
+    }
+
+    QuitDialogs {
+        quit: window.quit
+        onCloseWanted: window.close()
     }
 }

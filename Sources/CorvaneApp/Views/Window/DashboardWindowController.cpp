@@ -1,6 +1,7 @@
 #include "CorvaneApp/Views/Window/DashboardWindowController.h"
 
 #include "CorvaneApp/Views/MainWindowModel.h"
+#include "CorvaneApp/Views/QuitController.h"
 #include "CorvaneApp/Views/Window/ViewEngine.h"
 #include "CorvaneCore/Interfaces/Clock.h"
 
@@ -15,11 +16,13 @@
 
 namespace corvane {
 
-DashboardWindowController::DashboardWindowController(AppModel& model, std::shared_ptr<const Clock> clock,
+DashboardWindowController::DashboardWindowController(AppModel& model, QuitController& quit,
+                                                     std::shared_ptr<const Clock> clock,
                                                      std::shared_ptr<DesktopPreferences> preferences, QString stateFile,
                                                      QObject* parent)
     : QObject(parent),
       m_model(model),
+      m_quit(quit),
       m_clock(std::move(clock)),
       m_appearance(std::move(preferences), std::move(stateFile)) {}
 
@@ -45,6 +48,10 @@ bool DashboardWindowController::isShown() const {
     return m_window && m_window->isVisible();
 }
 
+void DashboardWindowController::setWhenClosed(WhenClosed whenClosed) {
+    m_whenClosed = whenClosed;
+}
+
 bool DashboardWindowController::make() {
     m_engine = makeViewEngine();
     m_windowModel = std::make_unique<MainWindowModel>(
@@ -53,7 +60,8 @@ bool DashboardWindowController::make() {
     QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/MainWindow.qml")));
     QObject* made = component.createWithInitialProperties(
         {{QStringLiteral("app"), QVariant::fromValue<QObject*>(m_windowModel.get())},
-         {QStringLiteral("preferences"), QVariant::fromValue<QObject*>(&m_appearance)}});
+         {QStringLiteral("preferences"), QVariant::fromValue<QObject*>(&m_appearance)},
+         {QStringLiteral("quit"), QVariant::fromValue<QObject*>(&m_quit)}});
     m_window = qobject_cast<QQuickWindow*>(made);
     if (!m_window) {
         delete made;
@@ -70,8 +78,13 @@ bool DashboardWindowController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Close) {
         QQuickWindow& window = *m_window;
         m_appearance.rememberWindow(window.size(), window.visibility() == QWindow::Maximized);
-        event->accept();
-        window.hide();
+        if (m_whenClosed == WhenClosed::minimize) {
+            event->ignore();
+            window.showMinimized();
+        } else {
+            event->accept();
+            window.hide();
+        }
         Q_EMIT closed();
         return true;
     }

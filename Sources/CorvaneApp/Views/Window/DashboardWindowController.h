@@ -17,13 +17,14 @@ namespace corvane {
 class AppModel;
 class Clock;
 class MainWindowModel;
+class QuitController;
 
 class DashboardWindowController final : public QObject {
     Q_OBJECT
 
 public:
-    // Borrows the model, which outlives it.
-    DashboardWindowController(AppModel& model, std::shared_ptr<const Clock> clock,
+    // Borrows the model and the way out, which outlive it.
+    DashboardWindowController(AppModel& model, QuitController& quit, std::shared_ptr<const Clock> clock,
                               std::shared_ptr<DesktopPreferences> preferences, QString stateFile,
                               QObject* parent = nullptr);
     ~DashboardWindowController() override;
@@ -32,6 +33,9 @@ public:
     // be made.
     bool show();
     [[nodiscard]] bool isShown() const;
+    // What the user's closing does. A window that nothing else would bring back is kept in the taskbar.
+    enum class WhenClosed { hide, minimize };
+    void setWhenClosed(WhenClosed whenClosed);
     [[nodiscard]] QQuickWindow* window() const { return m_window; }
 
 Q_SIGNALS:
@@ -45,11 +49,13 @@ private:
     bool make();
 
     AppModel& m_model;
+    QuitController& m_quit;
     std::shared_ptr<const Clock> m_clock;
     Appearance m_appearance;
     std::unique_ptr<MainWindowModel> m_windowModel;
     std::unique_ptr<QQmlEngine> m_engine;
     QPointer<QQuickWindow> m_window;
+    WhenClosed m_whenClosed = WhenClosed::hide;
 };
 
 } // namespace corvane

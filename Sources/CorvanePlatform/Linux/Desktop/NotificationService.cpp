@@ -1,10 +1,10 @@
 #include "CorvanePlatform/Linux/Desktop/NotificationService.h"
 
 #include "CorvaneCore/Library/RunIdentity.h"
+#include "CorvanePlatform/Linux/Desktop/DesktopBus.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 #include <QtConcurrentRun>
 
 #include <algorithm>
@@ -23,15 +23,6 @@ constexpr int replyMilliseconds = 20'000;
 constexpr int flushMilliseconds = 200;
 constexpr uchar criticalUrgency = 2;
 constexpr int maximumLine = 120; // characters
-
-// Empty without a bus. Left to itself the library would start one, which nobody ends again.
-QString sessionBusAddress() {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return address.startsWith(QLatin1String("autolaunch:")) ? QString() : address;
-    const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
-    return QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket : QString();
-}
 
 QString nextConnectionName() {
     static std::atomic<int> count = 0;
@@ -119,7 +110,7 @@ void NotificationService::takeAway() {
 
 // The greeting of the bus cannot be had asynchronously, so that another thread waits for it.
 void NotificationService::connectToBus() {
-    const QString address = sessionBusAddress();
+    const QString address = DesktopBus::address(DesktopBus::Which::session);
     if (address.isEmpty())
         return;
     if (m_bus)
