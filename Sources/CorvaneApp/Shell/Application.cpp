@@ -20,13 +20,10 @@ constexpr auto shutdownPatience = 4s;
 // Those who end a session or a service wait longer, but not for ever.
 constexpr auto endPatience = 10s;
 
-const QString setupCompletedKey = QStringLiteral("setupCompleted");
-
 } // namespace
 
 Application::Application(const AppPaths& paths, AppServices services, DesktopServices desktop)
-    : m_defaults(services.defaults),
-      m_desktop(std::move(desktop)),
+    : m_desktop(std::move(desktop)),
       m_model(paths, services),
       m_quit(m_model),
       m_keepAwake(m_model.recording(), m_desktop.power),
@@ -62,8 +59,7 @@ void Application::start(const StartRequest& request) {
     import(request.files);
     if (request.window == StartRequest::Window::never)
         return;
-    const bool isSetUp = m_defaults->boolean(setupCompletedKey).value_or(false);
-    if (!isSetUp || request.window == StartRequest::Window::show || !request.files.isEmpty()) {
+    if (!m_model.setup().setupCompleted() || request.window == StartRequest::Window::show || !request.files.isEmpty()) {
         openWindow();
         return;
     }

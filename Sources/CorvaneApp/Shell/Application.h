@@ -55,7 +55,6 @@ private:
     void commitData(QSessionManager& session);
     void endWithin(std::chrono::milliseconds patience);
 
-    std::shared_ptr<UserDefaults> m_defaults;
     DesktopServices m_desktop;
     AppModel m_model;
     QuitController m_quit;

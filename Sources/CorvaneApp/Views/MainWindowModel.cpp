@@ -23,6 +23,7 @@ MainWindowModel::MainWindowModel(AppModel& model, const Clock& clock,
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this, &MainWindowModel::showPage);
     connect(&m_model.library(), &LibraryPart::meetingsChanged, &m_sidebar, &SidebarModel::refresh);
     connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, &m_sidebar, &SidebarModel::refresh);
+    connect(&m_model.updates(), &UpdatesPart::updateCheckStateChanged, &m_sidebar, &SidebarModel::refresh);
     // "just now" does not stay true.
     m_refreshSidebar.setInterval(20s);
     connect(&m_refreshSidebar, &QTimer::timeout, &m_sidebar, &SidebarModel::refresh);

@@ -74,8 +74,10 @@ std::vector<SidebarFooterButton> SidebarModel::makeFooter() const {
         made.item = static_cast<int>(kind);
         return made;
     };
-    return {button(PanelText::tr("Speaker Profiles"), "person.wave.2", SidebarItem::Kind::speakerProfiles),
-            button(PanelText::tr("Settings"), "gearshape", SidebarItem::Kind::settings)};
+    auto settings = button(PanelText::tr("Settings"), "gearshape", SidebarItem::Kind::settings);
+    if (m_model.updates().updateCheckState().kind == UpdateCheckState::Kind::available)
+        settings.badgeText = PanelText::tr("Update available");
+    return {button(PanelText::tr("Speaker Profiles"), "person.wave.2", SidebarItem::Kind::speakerProfiles), settings};
 }
 
 void SidebarModel::reload() {
