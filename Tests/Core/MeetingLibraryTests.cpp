@@ -3,6 +3,7 @@
 
 #include "CorvaneCore/Library/MeetingLibrary.h"
 #include "CorvaneCore/Library/RunIdentity.h"
+#include "CorvaneCore/Text/Characters.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 
 #include <QScopeGuard>

@@ -7,7 +7,8 @@
 #include "CorvaneCore/Notion/NotionAddresses.h"
 #include "CorvaneCore/Notion/NotionClient.h"
 #include "CorvaneCore/Notion/NotionError.h"
-#include "CorvaneCore/Notion/NotionText.h"
+#include "CorvaneCore/Notion/NotionPage.h"
+#include "CorvaneCore/Text/Characters.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +29,7 @@ QString notionErrorOf(Call call) {
     return {};
 }
 
-TEST(NotionTextTest, APieceEndsBetweenCharactersThatAReaderSees) {
+TEST(CharactersTest, APieceEndsBetweenCharactersThatAReaderSees) {
     for (const QString& character :
          {QStringLiteral("x"), QStringLiteral("😀"), QStringLiteral("🇩🇪"), QStringLiteral("👩‍👩‍👧‍👦"),
           QStringLiteral("e\u0301\u0323"), QStringLiteral("👍🏽")}) {

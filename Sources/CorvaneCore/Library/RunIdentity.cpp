@@ -4,9 +4,8 @@
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Library/FileNames.h"
+#include "CorvaneCore/Text/Characters.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
-
-#include <QTextBoundaryFinder>
 
 namespace corvane {
 
@@ -83,15 +82,6 @@ std::optional<QString> audioURLOfEvents(const QByteArray& content) {
         return audio ? JobEventReader::Next::stop : JobEventReader::Next::goOn;
     });
     return audio;
-}
-
-QString firstCharacters(const QString& text, int count) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    for (int i = 0; i < count; ++i) {
-        if (finder.toNextBoundary() == -1)
-            return text;
-    }
-    return text.left(finder.position());
 }
 
 } // namespace corvane

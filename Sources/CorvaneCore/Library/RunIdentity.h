@@ -57,7 +57,4 @@ private:
 [[nodiscard]] std::optional<QString> audioURLFromEvents(const QString& runDirectory);
 [[nodiscard]] std::optional<QString> audioURLOfEvents(const QByteArray& content);
 
-// The first characters, as a person counts them, of a text.
-[[nodiscard]] QString firstCharacters(const QString& text, int count);
-
 } // namespace corvane

@@ -2,7 +2,7 @@
 
 #include "CorvaneContract/Transcripts/TranscriptText.h"
 #include "CorvaneCore/Notion/NotionError.h"
-#include "CorvaneCore/Notion/NotionText.h"
+#include "CorvaneCore/Text/Characters.h"
 #include "CorvaneCore/Transcripts/SpeakerReview.h"
 
 #include <QStringList>

@@ -13,6 +13,9 @@
 
 namespace corvane {
 
+// The service refuses a text of more than 2,000 characters; this stays clear of it.
+inline constexpr qsizetype notionTextLimit = 1900;
+
 // The most that the service takes in one request.
 inline constexpr qsizetype notionBlocksPerRequest = 100;
 

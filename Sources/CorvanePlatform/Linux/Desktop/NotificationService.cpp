@@ -1,6 +1,6 @@
 #include "CorvanePlatform/Linux/Desktop/NotificationService.h"
 
-#include "CorvaneCore/Library/RunIdentity.h"
+#include "CorvaneCore/Text/Characters.h"
 #include "CorvanePlatform/Linux/Desktop/DesktopBus.h"
 
 #include <QDBusPendingCallWatcher>

@@ -1,5 +1,5 @@
-// Cutting text to what Notion takes. Characters are what a reader sees as one: a letter with its marks, a flag, an
-// emoji of several parts. Pure functions.
+// Cutting text by characters as a reader counts them: a letter with its marks is one, and so is a flag or an emoji of
+// several parts. Pure functions; any thread.
 #pragma once
 
 #include <QString>
@@ -8,14 +8,11 @@
 
 namespace corvane {
 
-// The service refuses a text of more than 2,000; this stays clear of it.
-inline constexpr qsizetype notionTextLimit = 1900;
-
 // Pieces of exactly `limit` characters (at least 1), the last with what remains, wherever the words end. At least one
 // piece, be it empty.
 [[nodiscard]] std::vector<QString> splitText(const QString& text, qsizetype limit);
 
-// The first `limit` characters.
+// The first `limit` characters, or all if there are fewer.
 [[nodiscard]] QString firstCharacters(const QString& text, qsizetype limit);
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-#include "CorvaneCore/Notion/NotionText.h"
+#include "CorvaneCore/Text/Characters.h"
 
 #include <QTextBoundaryFinder>
 
