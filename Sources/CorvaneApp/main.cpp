@@ -60,7 +60,7 @@ bool hasDisplay() {
 
 // Taken out of the environment: they are good for one window of this start, and no program started later is meant.
 QString taken(const char* variable) {
-    const QString value = qEnvironmentVariable(variable);
+    QString value = qEnvironmentVariable(variable);
     qunsetenv(variable);
     return value;
 }

@@ -3,7 +3,6 @@
 #include "CorvaneApp/Shell/WindowActivation.h"
 
 #include <QGuiApplication>
-#include <QSessionManager>
 
 namespace corvane {
 
@@ -22,7 +21,7 @@ constexpr auto endPatience = 10s;
 
 } // namespace
 
-Application::Application(const AppPaths& paths, AppServices services, DesktopServices desktop)
+Application::Application(const AppPaths& paths, const AppServices& services, DesktopServices desktop)
     : m_desktop(std::move(desktop)),
       m_model(paths, services),
       m_quit(m_model),

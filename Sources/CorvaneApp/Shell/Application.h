@@ -11,9 +11,8 @@
 #include "CorvaneCore/Interfaces/PowerManagement.h"
 #include "CorvaneCore/Services/StartRequest.h"
 
+#include <QSessionManager>
 #include <QTimer>
-
-class QSessionManager;
 
 namespace corvane {
 
@@ -27,7 +26,7 @@ class Application final : public QObject {
     Q_OBJECT
 
 public:
-    Application(const AppPaths& paths, AppServices services, DesktopServices desktop);
+    Application(const AppPaths& paths, const AppServices& services, DesktopServices desktop);
     ~Application() override;
 
     // What this process was started for.

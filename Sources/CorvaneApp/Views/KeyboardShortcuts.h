@@ -78,8 +78,8 @@ public:
     // The shortcuts that the window itself has to watch for.
     [[nodiscard]] static QVariantList commands();
 
-    // A ShortcutCommand. One whose button is not there or disabled does nothing.
-    Q_INVOKABLE void run(int command);
+    // The number of a ShortcutCommand. One whose button is not there or disabled does nothing.
+    Q_INVOKABLE void run(int number);
 
 Q_SIGNALS:
     // What only the view can do.

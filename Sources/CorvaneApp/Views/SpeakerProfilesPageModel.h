@@ -45,7 +45,7 @@ public:
     [[nodiscard]] QAbstractItemModel* profiles() { return &m_profiles; }
     [[nodiscard]] static QVariantList sortChoices() { return variantList(speakerProfileSortChoices()); }
     [[nodiscard]] QString sortMode() const { return rawText(m_sortMode); }
-    void setSortMode(const QString& mode);
+    void setSortMode(const QString& text);
     [[nodiscard]] QString newDisplayName() const { return m_newDisplayName; }
     void setNewDisplayName(const QString& text);
     [[nodiscard]] QString newNotes() const { return m_newNotes; }

@@ -29,7 +29,7 @@ QVariant TranscriptRowsModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case startSeconds:
         return turn.start;
-    case Role::timestampText:
+    case turnTimestamp:
         return timestampButton(turn, m_audio).text;
     case timestampHelp:
         return timestampButton(turn, m_audio).helpText;
@@ -45,8 +45,8 @@ QVariant TranscriptRowsModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> TranscriptRowsModel::roleNames() const {
-    return {{startSeconds, "startSeconds"}, {Role::timestampText, "timestampText"}, {timestampHelp, "timestampHelp"},
-            {canPlay, "canPlay"},           {speakerName, "speakerName"},           {turnText, "turnText"}};
+    return {{startSeconds, "startSeconds"}, {turnTimestamp, "timestampText"}, {timestampHelp, "timestampHelp"},
+            {canPlay, "canPlay"},           {speakerName, "speakerName"},     {turnText, "turnText"}};
 }
 
 void TranscriptRowsModel::setTurns(std::vector<TranscriptDisplayGroup> turns) {

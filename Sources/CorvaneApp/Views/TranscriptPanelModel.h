@@ -24,7 +24,7 @@ class TranscriptRowsModel final : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum Role { startSeconds = Qt::UserRole, timestampText, timestampHelp, canPlay, speakerName, turnText };
+    enum Role { startSeconds = Qt::UserRole, turnTimestamp, timestampHelp, canPlay, speakerName, turnText };
 
     using QAbstractListModel::QAbstractListModel;
 

@@ -40,8 +40,8 @@ ColorScheme schemeOf(const QVariant& value) {
 
 } // namespace
 
-PortalDesktopPreferences::PortalDesktopPreferences() : m_forcedScheme(forcedScheme()), m_forcedMotion(forcedMotion()) {
-    m_isKnown = m_forcedScheme && m_forcedMotion;
+PortalDesktopPreferences::PortalDesktopPreferences()
+    : m_forcedScheme(forcedScheme()), m_forcedMotion(forcedMotion()), m_isKnown(m_forcedScheme && m_forcedMotion) {
     if (!m_isKnown)
         readAll();
 }
