@@ -139,6 +139,9 @@ TEST(FrontmostReader, TellsTheTabInFrontOfARealBrowserAndNoPrivateOne) {
             return facts && facts->activeTab && facts->activeTab->url == QString::fromUtf8(url);
         });
     };
+    // The page's title comes to the tab before it comes to the window.
+    static_cast<void>(
+        factsWhen(reader, [](const Facts& facts) { return facts && facts->windowTitle == u"Page abc - Chromium"_s; }));
     const Facts call = showing("https://meet.google.com/abc");
     ASSERT_TRUE(call);
     ASSERT_TRUE(call->activeTab);

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Desktop/DesktopBus.h"
 
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
 #include <QtConcurrentRun>
@@ -24,11 +25,20 @@ QString existing(const QString& socket) {
 
 } // namespace
 
-DesktopBus::DesktopBus(Which which, QObject* parent) : QObject(parent), m_which(which) {}
+DesktopBus::DesktopBus(Which which, QObject* parent) : QObject(parent), m_which(which) {
+    makeTypesKnown();
+}
 
 DesktopBus::~DesktopBus() {
     if (m_bus)
         QDBusConnection::disconnectFromBus(m_name);
+}
+
+// The library sees to it on a thread of its own, some time after the connection is made.
+void DesktopBus::makeTypesKnown() {
+    qRegisterMetaType<QDBusMessage>();
+    qRegisterMetaType<QDBusVariant>();
+    static_cast<void>(QDBusMetaType::typeToSignature(QMetaType::fromType<QDBusVariant>()));
 }
 
 QString DesktopBus::address(Which which) {

@@ -21,6 +21,9 @@ public:
 
     // Empty if there is no such bus. Left to itself the library would start a session bus, which nobody ends again.
     [[nodiscard]] static QString address(Which which);
+    // To be called before a slot is connected that takes one of the library's own types: unless the type is known by
+    // its name, that fails without a word.
+    static void makeTypesKnown();
 
     // Calls back on the main loop with the connection, or with nothing if there is no bus. Where it is connected
     // already, at once.

@@ -117,6 +117,7 @@ void NotificationService::connectToBus() {
         QDBusConnection::disconnectFromBus(m_connectionName);
     m_connectionName = nextConnectionName();
     m_isBusy = true;
+    DesktopBus::makeTypesKnown();
     QtConcurrent::run([address, name = m_connectionName] {
         return QDBusConnection::connectToBus(address, name);
     }).then(this, [this](QDBusConnection bus) {
