@@ -99,7 +99,7 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
         const auto preferences = std::make_shared<PortalDesktopPreferences>();
         services.callNotices =
             callNoticesFor(QGuiApplication::platformName(), std::move(services.callNotices), preferences);
-        Application application(paths, std::move(services),
+        Application application(paths, services,
                                 {preferences, std::make_shared<DesktopPowerManagement>(), windowStateFile()});
         QObject::connect(&signals, &TerminationSignals::received, &application, &Application::endSoon);
         QObject::connect(&instance, &SingleInstance::requested, &application, &Application::take);
