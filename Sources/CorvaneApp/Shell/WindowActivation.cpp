@@ -32,7 +32,7 @@ xcb_window_t rootOf(xcb_connection_t* connection, xcb_window_t window) {
     return reply ? reply->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-// The time of the user's click, in the X server's milliseconds, from an id of the startup notification specification.
+// The time of the user's click, in the X server's milliseconds, from an id of the startup notification protocol.
 std::optional<std::uint32_t> timeOf(const QString& startupID) {
     static const QRegularExpression pattern(QStringLiteral("_TIME(\\d+)$"));
     bool isNumber = false;

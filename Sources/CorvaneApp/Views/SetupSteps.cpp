@@ -27,21 +27,8 @@ QString openIcon(SetupStep step) {
 }
 
 QString setupOllamaTitle(OllamaState state) {
-    switch (state) {
-    case OllamaState::unknown:
-        break;
-    case OllamaState::checking:
-        return PanelText::tr("Checking Ollama");
-    case OllamaState::ready:
-        return PanelText::tr("Ollama is ready");
-    case OllamaState::modelMissing:
-        return PanelText::tr("Ollama is running, model missing");
-    case OllamaState::installed:
-        return PanelText::tr("Ollama is installed");
-    case OllamaState::missing:
-        return PanelText::tr("Ollama is not installed");
-    }
-    return PanelText::tr("Ollama status unknown");
+    return state == OllamaState::modelMissing ? PanelText::tr("Ollama is running, model missing")
+                                              : ollamaStatusTitle(state);
 }
 
 QString setupOllamaDetail(OllamaState state) {
