@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMetaType>
+#include <QElapsedTimer>
 #include <QScopeGuard>
 #include <QThreadPool>
 
@@ -132,6 +133,10 @@ TEST_F(DesktopServicesTest, LogindKeepsTheMachineAwakeUntilTheRelease) {
     power.release(); // before the answer
     power.keepAwake(u"why"_s);
     ASSERT_TRUE(loopUntil(holds));
+    // The service has answered; the client believes it only when the answer has come.
+    QElapsedTimer answering;
+    answering.start();
+    ASSERT_TRUE(loopUntil([&] { return answering.elapsed() > 200; }));
     Q_EMIT desktop.PrepareForShutdown(false);
     Q_EMIT desktop.PrepareForShutdown(true);
     ASSERT_TRUE(loopUntil([&] { return shutdowns == 1; }));
