@@ -127,6 +127,17 @@ TEST_F(SettingsTest, TheDefaultsHoldEachOther) {
     EXPECT_EQ(fixture.defaults->integer(defaultsKeys::minSpeakerCount), 3);
 }
 
+TEST_F(SettingsTest, ABuildWithoutAnAddressAsksNobodyAndCallsThatNoFailure) {
+    fixture.defaults->remove(defaultsKeys::updateAutomaticChecksEnabled);
+    SettingsPageModel& shown = open();
+    const StatusLine said = shown.updates().status;
+    EXPECT_EQ(said.text, u"Configure an update manifest URL first."_s);
+    EXPECT_EQ(said.tone, u"secondary"_s);
+    EXPECT_EQ(shown.updates().lastChecked, u"Last checked: Never"_s);
+    model->updates().setState(UpdateCheckState::of(UpdateAvailability::available(manifest())));
+    EXPECT_EQ(shown.updates().status.tone, u"accent"_s);
+}
+
 TEST_F(SettingsTest, LinksOpenPagesOfTheWebAndNothingElse) {
     SettingsPageModel& shown = open();
     UpdateManifest update = manifest();

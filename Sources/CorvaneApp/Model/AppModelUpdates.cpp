@@ -12,7 +12,7 @@ constexpr qint64 secondsBetweenChecks = 86'400;
 
 QFuture<bool> AppModel::checkForUpdates() {
     const QString address = m_updates.settings().manifestURL().trimmed();
-    if (address.isEmpty()) {
+    if (address.isEmpty() || !m_updates.settings().hasOwnManifestURL()) {
         m_updates.fail(QStringLiteral("Configure an update manifest URL first."));
         return QtFuture::makeReadyFuture(false);
     }
