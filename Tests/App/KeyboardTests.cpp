@@ -17,6 +17,7 @@ protected:
     void showMeetingOfTurns(int turns) {
         makeRun("run", "Weekly", "meeting-1", 1'700'000'000);
         TranscriptResult result;
+        result.speakers = speakers;
         for (int i = 0; i < turns; ++i)
             result.segments.push_back({10.0 * i, 10.0 * i + 5, u"Turn %1"_s.arg(i), i % 2 ? u"B"_s : u"A"_s});
         data.write(u"run"_s, runFiles::result, encodeTranscriptResult(result));
@@ -25,6 +26,8 @@ protected:
         show();
         ASSERT_TRUE(loopUntil([this] { return has(u"Copy transcript"_s); }));
     }
+    std::vector<TranscriptSpeaker> speakers;
+
     // What Tab comes by until it is back where it began.
     [[nodiscard]] QStringList tabRoad() const {
         QStringList road;
@@ -78,6 +81,24 @@ TEST_F(KeyboardTest, ArrowsGoFromTurnToTurnAndReturnPlays) {
     EXPECT_THAT(fixture.audioPlayers->heard, ElementsAre(u"play meeting-1.wav at 2000"_s));
     press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(u"Turn 200"_s));
+}
+
+TEST_F(KeyboardTest, TheMenuOfProfilesHasALineThatTheKeysPassBy) {
+    speakers = {{.speaker = u"A"_s, .duration = 60, .examples = {}}};
+    showMeetingOfTurns(2);
+    model->createSpeakerProfile(u"Ada"_s, {});
+    model->createSpeakerProfile(u"Bea"_s, {});
+    find(u"Profiles"_s)->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Return);
+    QQuickItem* create = find(u"Create Profile From This Voice"_s);
+    QQuickItem* ada = find(u"Ada"_s);
+    ASSERT_TRUE(create && ada);
+    const auto top = [](const QQuickItem& item) { return item.mapToScene({}).y(); };
+    EXPECT_TRUE(loopUntil([&] { return top(*ada) > top(*create) + create->height(); })) << "room for the line";
+    for (const auto& name : {u"Create Profile From This Voice"_s, u"Ada"_s, u"Bea"_s}) {
+        press(Qt::Key_Down);
+        EXPECT_EQ(focused(), name);
+    }
 }
 
 TEST_F(KeyboardTest, ATranscriptThatComesLeavesTheKeyboardInTheTitle) {

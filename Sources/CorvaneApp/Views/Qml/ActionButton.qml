@@ -11,6 +11,7 @@ T.Button {
     property bool isProminent: false
     property bool isDestructive: false
     property bool isBare: false // no frame: for buttons in a text or a header
+    property bool isOpen: false // what it opens is on screen, where the help would lie over it
     property color tone: isDestructive ? Theme.negative : Theme.text
 
     readonly property color fill: isDestructive ? Theme.negative : Theme.accent
@@ -28,7 +29,8 @@ T.Button {
     Accessible.name: accessibleName !== "" ? accessibleName : (text !== "" ? text : helpText)
     Accessible.description: helpText
     Accessible.focusable: true
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: if (control.enabled)
+        control.clicked()
 
     Keys.onReturnPressed: control.clicked()
     Keys.onEnterPressed: control.clicked()
@@ -76,7 +78,7 @@ T.Button {
     }
 
     ToolTipText {
-        shown: control.hovered || control.visualFocus
+        shown: (control.hovered || control.visualFocus) && !control.isOpen
         text: control.helpText
     }
 }

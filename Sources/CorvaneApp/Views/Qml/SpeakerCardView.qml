@@ -115,6 +115,7 @@ Card {
             symbolName: card.name ? card.name.profileMenu.iconName : ""
             helpText: card.name ? card.name.profileMenu.helpText : ""
             enabled: card.name ? card.name.profileMenu.isEnabled : false
+            isOpen: menu.visible
             Accessible.role: Accessible.ButtonMenu
             onClicked: menu.popup(profiles, 0, profiles.height + Theme.tight)
 
@@ -129,7 +130,7 @@ Card {
                         required property int index
                         required property var modelData
 
-                        visible: !modelData.isDivider
+                        isDivider: modelData.isDivider
                         text: modelData.title
                         enabled: modelData.isEnabled && !modelData.isDivider
                         onTriggered: card.speakers.chooseFromProfileMenu(card.speaker, index)
