@@ -62,8 +62,10 @@ void DependencySetupModel::refresh() {
 }
 
 void DependencySetupModel::checkFrom(std::size_t number) {
-    if (number == checks().size())
+    if (number == checks().size()) {
+        publish(m_hasLooked, true);
         return;
+    }
     const Check& check = checks()[number];
     QtConcurrent::run(m_threads.get(), [setup = m_setup, question = check.question] {
         return question(setup);
@@ -93,6 +95,7 @@ void DependencySetupModel::reset() {
         return;
     for (const Check& check : checks())
         this->*check.field = false;
+    m_hasLooked = false;
     m_message.clear();
     Q_EMIT changed();
 }

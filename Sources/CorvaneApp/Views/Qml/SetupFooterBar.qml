@@ -32,7 +32,11 @@ RowLayout {
             onClicked: bar.setup.close()
         }
         ActionButton {
-            visible: bar.footer.canSkip
+            // Unseen where it cannot be used, but in its place: the others stay where they are from page to page.
+            visible: bar.footer.skipText !== ""
+            opacity: bar.footer.canSkip ? 1 : 0
+            enabled: bar.footer.canSkip
+            Accessible.ignored: !bar.footer.canSkip
             text: bar.footer.skipText
             onClicked: bar.setup.completeStep()
         }

@@ -64,6 +64,9 @@ T.Popup {
                     T.ScrollBar.vertical: ScrollLine {
                     }
 
+                    FocusFollower {
+                        view: scroll
+                    }
                     Loader {
                         id: page
 
