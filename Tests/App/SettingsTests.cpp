@@ -220,7 +220,9 @@ TEST_F(WindowTest, TheSettingsPageFollowsEveryStateWithoutAComplaintOfTheViewEng
     model->notion().setDatabaseProperties({{u"Notes"_s, u"rich_text"_s}});
     model->notion().updateNotionSummaryPropertyName(u"Notes"_s);
     ASSERT_TRUE(find(u"Meeting summary"_s));
-    EXPECT_EQ(find(u"Meeting summary"_s)->property("displayText").toString(), u"Notes (rich_text)"_s);
+    EXPECT_EQ(find(u"Meeting summary"_s)->property("shownText").toString(), u"Notes (rich_text)"_s);
+    model->notion().updateNotionSummaryPropertyName(u"Gone"_s); // still what a sync asks for
+    EXPECT_EQ(find(u"Meeting summary"_s)->property("shownText").toString(), u"Gone"_s);
     model->updates().setState(UpdateCheckState::of(UpdateAvailability::available(manifest())));
     ASSERT_TRUE(find(u"Download Update"_s));
     model->updates().setState(UpdateCheckState::idle());

@@ -9,6 +9,8 @@ T.ComboBox {
     required property string value
     property string accessibleName
     property string helpText
+    // A value that is none of the choices is in force all the same, and is shown as it is.
+    readonly property string shownText: currentIndex < 0 ? value : displayText
     signal picked(string value)
 
     model: choices
@@ -40,7 +42,7 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: accessibleName
-    Accessible.description: displayText
+    Accessible.description: shownText
     Accessible.focusable: true
     Accessible.onPressAction: control.popup.open()
     Keys.onReturnPressed: control.popup.open()
@@ -48,7 +50,7 @@ T.ComboBox {
     contentItem: Text {
         id: words
 
-        text: control.displayText
+        text: control.shownText
         color: Theme.text
         font.pixelSize: Theme.bodySize
         elide: Text.ElideRight
