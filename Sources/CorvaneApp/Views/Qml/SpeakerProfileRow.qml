@@ -22,6 +22,8 @@ FocusScope {
         row.number = 0;
         nameField.text = row.displayName;
         notesField.text = row.notes;
+        nameField.cursorPosition = 0; // of a long text the beginning is seen
+        notesField.cursorPosition = 0;
         enabledSwitch.checked = row.isProfileEnabled;
         row.number = row.page.beginRow(row.profileID);
     }
