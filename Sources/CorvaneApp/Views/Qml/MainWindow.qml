@@ -11,8 +11,8 @@ T.ApplicationWindow {
     required property var quit // QuitController
 
     title: "Corvane"
-    width: 980
-    height: 720
+    width: 900
+    height: 620
     minimumWidth: 900
     minimumHeight: 620
     color: Theme.window

@@ -99,7 +99,11 @@ FocusScope {
     FileDialog {
         id: importDialog
 
+        // Not every file dialog takes one letter case for the other.
+        readonly property string patterns: ["wav", "mp3", "m4a", "aac", "flac", "ogg", "oga", "opus", "wma", "aif", "aiff", "caf", "mka", "amr", "mp4", "m4v", "mov", "mkv", "webm", "avi", "mpg", "mpeg", "ogv", "3gp", "wmv"].map(name => "*." + name + " *." + name.toUpperCase()).join(" ")
+
         title: qsTr("Import Audio")
+        nameFilters: [qsTr("Audio and video (%1)").arg(patterns), qsTr("All files (%1)").arg("*")]
         onAccepted: root.detail.importChosen(selectedFile)
     }
     Connections {

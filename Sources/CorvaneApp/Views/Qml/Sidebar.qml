@@ -36,8 +36,6 @@ Rectangle {
                 color: Theme.secondary
                 font.pixelSize: Theme.captionSize
                 font.weight: Font.DemiBold
-                font.capitalization: Font.AllUppercase
-                font.letterSpacing: 0.6
                 Accessible.role: Accessible.Heading
             }
             ActionButton {
@@ -142,7 +140,7 @@ Rectangle {
             }
         }
         ContextMenuItem {
-            text: qsTr("Show in Finder")
+            text: qsTr("Show in File Manager")
             onTriggered: root.sidebar.showInFileManager(menu.meetingID)
         }
         ContextMenuItem {

@@ -65,6 +65,8 @@ T.ItemDelegate {
                 spacing: Theme.tight
 
                 Text {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: implicitWidth
                     text: row.status
                     textFormat: Text.PlainText
                     color: Theme.secondary
