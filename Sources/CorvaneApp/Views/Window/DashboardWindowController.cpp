@@ -11,6 +11,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QScreen>
 
 #include <iostream>
 
@@ -35,7 +36,9 @@ DashboardWindowController::~DashboardWindowController() {
 bool DashboardWindowController::show() {
     if (!m_window && !make())
         return false;
-    if (m_appearance.isMaximized())
+    if (isShown())
+        m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
+    else if (m_appearance.isMaximized())
         m_window->showMaximized();
     else
         m_window->show();
@@ -70,6 +73,10 @@ bool DashboardWindowController::make() {
     }
     if (m_appearance.windowSize().isValid())
         m_window->resize(m_appearance.windowSize().expandedTo(m_window->minimumSize()));
+    const QRect available = m_window->screen()->availableGeometry();
+    QRect frame({}, m_window->size().boundedTo(available.size()));
+    frame.moveCenter(available.center());
+    m_window->setPosition(frame.topLeft());
     m_window->installEventFilter(this);
     return true;
 }
