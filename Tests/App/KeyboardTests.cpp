@@ -26,6 +26,10 @@ protected:
         show();
         ASSERT_TRUE(loopUntil([this] { return has(u"Copy transcript"_s); }));
     }
+    void type(const char* text) const {
+        for (; *text; ++text)
+            QTest::keyClick(&window(), *text);
+    }
     std::vector<TranscriptSpeaker> speakers;
 
     // What Tab comes by until it is back where it began.
@@ -148,7 +152,7 @@ TEST_F(KeyboardTest, TheListOfMeetingsIsDrivenByKeys) {
     press(Qt::Key_Return);
     EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::meeting(u"meeting-1"_s));
     press(Qt::Key_F10, Qt::ShiftModifier);
-    ASSERT_TRUE(loopUntil([this] { return has(u"Show in Finder"_s); }));
+    ASSERT_TRUE(loopUntil([this] { return has(u"Show in File Manager"_s); }));
     press(Qt::Key_Escape);
     ASSERT_TRUE(loopUntil([this] { return focused().startsWith(u"Older"_s); })) << focused().toStdString();
     press(Qt::Key_F6);
@@ -158,4 +162,62 @@ TEST_F(KeyboardTest, TheListOfMeetingsIsDrivenByKeys) {
     ASSERT_TRUE(loopUntil([this] { return focused() == u"Cancel"_s; }));
     press(Qt::Key_Escape);
     ASSERT_TRUE(loopUntil([this] { return focused().startsWith(u"Older"_s); })) << focused().toStdString();
+}
+
+TEST_F(KeyboardTest, OnlyATypedTitleIsTakenAndItGoesToTheMeetingItWasTypedFor) {
+    const QString draft = makeDraft("draft", "Talk", 1'700'000'000, "paused");
+    makeRun("old", "Weekly", "meeting-1", 1'500'000'000);
+    const QString run = makeRun("run", "Weekly", "meeting-1", 1'600'000'000);
+    show();
+    select(*model, "draft");
+    press(Qt::Key_F2);
+    ASSERT_EQ(focused(), u"Meeting name"_s);
+    press(Qt::Key_F6);
+    ASSERT_FALSE(model->detail().isEditingSelectedTitle());
+    EXPECT_EQ(readMeetingDraft(draft)->recordingStatus, u"paused"_s) << "it can still be recovered";
+    EXPECT_EQ(readMeetingDraft(draft)->chunks.size(), 1U);
+
+    press(Qt::Key_F2);
+    type("Plans");
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::settings());
+    EXPECT_EQ(readMeetingDraft(draft)->title, u"Plans"_s);
+    EXPECT_FALSE(QFile::exists(runFiles::in(draft, runAppMetadataFile)));
+
+    select(*model, "meeting-1");
+    press(Qt::Key_F2);
+    type("Monday");
+    select(*model, "draft"); // as a screen reader does it, which leaves the keyboard where it is
+    EXPECT_EQ(readRunAppMetadata(run)->title, u"Monday"_s);
+    EXPECT_EQ(readRunAppMetadata(data.run(u"old"_s))->title, u"Monday"_s);
+    EXPECT_EQ(model->detail().selectedTitle(), u"Plans"_s);
+    press(Qt::Key_F6);
+    EXPECT_EQ(readMeetingDraft(draft)->title, u"Plans"_s);
+}
+
+TEST_F(KeyboardTest, AnAmpersandInALabelIsNoShortcut) {
+    show();
+    press(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_NE(find(u"Stop & Process"_s), nullptr);
+    press(Qt::Key_Space, Qt::AltModifier);
+    EXPECT_FALSE(model->recording().finishingProgress());
+    EXPECT_EQ(model->recording().recordingState().kind, RecordingState::Kind::recording);
+}
+
+TEST_F(KeyboardTest, TheWindowComesBackAsItIsAndShowsHowARecordingWillBeProcessed) {
+    show();
+    EXPECT_EQ(window().size(), QSize(900, 620));
+    controller->show();
+    EXPECT_EQ(window().windowState(), Qt::WindowNoState);
+    window().showMaximized();
+    controller->show();
+    EXPECT_EQ(window().windowState(), Qt::WindowMaximized);
+
+    press(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(loopUntil([this] { return has(u"Detect speakers"_s); }));
+    QMetaObject::invokeMethod(find(u"Processing, French · speaker detection on · auto"_s), "clicked");
+    EXPECT_FALSE(has(u"Detect speakers"_s));
+    model->selectSidebarItem(SidebarItem::settings());
+    select(*model, model->recording().currentRecordingMeetingID()->toUtf8().constData());
+    EXPECT_TRUE(has(u"Detect speakers"_s)) << "the user has come back to it";
 }

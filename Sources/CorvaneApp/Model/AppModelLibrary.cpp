@@ -58,6 +58,8 @@ void AppModel::reloadMeetings() {
 
 void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
     m_library.setSelectedSidebarItem(item);
+    if (item && item->kind == SidebarItem::Kind::speakerProfiles)
+        reloadSpeakerProfiles();
     if (item && item->kind == SidebarItem::Kind::settings)
         checkForUpdatesIfNeeded();
     if (!item || item->kind != SidebarItem::Kind::meeting)
@@ -67,8 +69,9 @@ void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
 }
 
 void AppModel::selectMeeting(const MeetingListItem& meeting) {
-    m_detail.setLastRunDirectory(meeting.latestRun);
+    // First, as who hears of it may still have something to write to the meeting that was shown.
     m_library.setSelectedSidebarItem(SidebarItem::meeting(meeting.id));
+    m_detail.setLastRunDirectory(meeting.latestRun);
     resetSpeakerReviewState();
     if (meeting.isDraft())
         showDraft(meeting);

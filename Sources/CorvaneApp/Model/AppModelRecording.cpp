@@ -64,9 +64,9 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
         m_recording.setRecordingStartedAt(now);
         m_recording.setRecordingState(RecordingState::recording(chunk));
         m_library.setLastRecording(draft.audioPath);
-        m_detail.setSelectedTitle(draft.title);
-        m_detail.setLastRunDirectory(std::nullopt);
         m_library.setSelectedSidebarItem(SidebarItem::meeting(meetingID));
+        m_detail.setLastRunDirectory(std::nullopt);
+        m_detail.setSelectedTitle(draft.title);
         m_recording.updateElapsed();
         m_recording.startRecordingElapsedClock();
         reloadMeetings();

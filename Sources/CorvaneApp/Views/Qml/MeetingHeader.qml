@@ -29,12 +29,13 @@ ColumnLayout {
             font.pixelSize: Theme.displaySize
             font.weight: Font.DemiBold
             text: root.detail.title
+            onTextEdited: root.detail.typeTitle(text)
             onAccepted: root.detail.submitTitle(text)
             onActiveFocusChanged: {
                 if (activeFocus)
                     root.detail.beginTitleEditing();
                 else
-                    root.detail.endTitleEditing(text);
+                    root.detail.endTitleEditing();
             }
 
             // Typing breaks the binding; what the model says afterwards still has to show.
