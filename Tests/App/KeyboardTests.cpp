@@ -1,6 +1,7 @@
 #include "App/WindowTest.h"
 
 #include "CorvaneApp/Views/KeyboardShortcuts.h"
+#include "CorvaneApp/Views/SidebarModel.h"
 
 #include <QClipboard>
 #include <QKeySequence>
@@ -220,4 +221,38 @@ TEST_F(KeyboardTest, TheWindowComesBackAsItIsAndShowsHowARecordingWillBeProcesse
     model->selectSidebarItem(SidebarItem::settings());
     select(*model, model->recording().currentRecordingMeetingID()->toUtf8().constData());
     EXPECT_TRUE(has(u"Detect speakers"_s)) << "the user has come back to it";
+}
+
+TEST_F(KeyboardTest, TheMenuOfAMeetingSelectsNothingAndGoesWithEscape) {
+    makeRun("a", "Older", "meeting-1", 1'600'000'000);
+    makeRun("b", "Newer", "meeting-2", 1'700'000'000);
+    show();
+    const QQuickItem* row =
+        find(u"Older, completed, "_s +
+             stableRelativeTime(QDateTime::fromSecsSinceEpoch(1'600'000'000), fixture.clock->now()));
+    ASSERT_NE(row, nullptr);
+    QTest::mouseClick(&window(), Qt::RightButton, {}, row->mapToScene({20, 20}).toPoint());
+    ASSERT_TRUE(loopUntil([this] { return has(u"Rename"_s); }));
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::meeting(u"meeting-2"_s));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(loopUntil([this] { return !has(u"Rename"_s); }));
+
+    QTest::mouseClick(&window(), Qt::RightButton, {}, row->mapToScene({20, 20}).toPoint());
+    ASSERT_NE(find(u"Rename"_s), nullptr);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(loopUntil([this] { return focused() == u"Meeting name"_s; })) << focused().toStdString();
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::meeting(u"meeting-1"_s));
+}
+
+TEST_F(KeyboardTest, AMeetingIsShownFromItsTop) {
+    makeDraft("draft", "Talk", 1'600'000'000);
+    showMeetingOfTurns(40);
+    select(*model, "draft");
+    ASSERT_NE(find(u"No Transcript"_s), nullptr);
+    window().grabWindow(); // laid out
+    select(*model, "meeting-1");
+    ASSERT_NE(find(u"Copy transcript"_s), nullptr);
+    window().grabWindow();
+    EXPECT_GT(find(u"Meeting name"_s)->mapToScene({0, 0}).y(), 0);
 }

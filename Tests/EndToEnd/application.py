@@ -96,6 +96,23 @@ class Application(desktop.DesktopTest):
         self.interrupt(third, signal.SIGINT)
         self.assertEqual(third.returncode, 0)
 
+    def test_a_file_to_import_is_asked_for(self):
+        process = self.start_in_tray("--show")
+        window = self.wait_for_window()
+        self.make_audio("talk.wav")
+        self.press(window, "ctrl+o")
+
+        def dialogs():
+            return self.xdotool("search", "--onlyvisible", "--name", "^Import Audio$")
+        self.wait_for(dialogs, "the dialog")
+        self.xdotool("windowfocus", "--sync", dialogs()[0])
+        self.xdotool("type", self.home / "talk.wav")
+        self.xdotool("key", "Return")
+        self.wait_for(lambda: self.statuses() == ["imported"], "the import")
+        self.assertEqual(self.drafts()[0]["title"], "talk")
+        self.interrupt(process, signal.SIGTERM)
+        self.assertEqual(process.returncode, 0)
+
     def test_many_starts_at_once_are_one_process(self):
         self.set_up()
         self.start_tray()

@@ -54,6 +54,8 @@ void MeetingDetailModel::follow() {
         refreshTranscript();
         refreshSoon();
     });
+    connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this,
+            &MeetingDetailModel::shownMeetingChanged);
     connect(&m_model.library(), &LibraryPart::aboutToChange, this, [this](const char* field) {
         if (qstrcmp(field, "selectedSidebarItem") == 0)
             endTitleEditing();

@@ -98,6 +98,8 @@ public:
 
 Q_SIGNALS:
     void titleChanged();
+    // Another meeting or page is selected.
+    void shownMeetingChanged();
     void panelsChanged();
     void isRecordingSessionVisibleChanged();
     void settingsChanged();
@@ -105,7 +107,7 @@ Q_SIGNALS:
     void isAskingNotionReplacementChanged();
     void statusMessageChanged();
     void longWorkChanged();
-    // The user wants a file to import; the view asks which.
+    // The user wants a file to import, and has to be asked which.
     void importRequested();
 
 private:

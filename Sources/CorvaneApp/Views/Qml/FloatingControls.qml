@@ -28,7 +28,8 @@ Rectangle {
 
         ButtonRow {
             Layout.fillWidth: true
-            Layout.preferredWidth: 460
+            Layout.minimumWidth: Math.min(lineWidth, 0.8 * row.width)
+            Layout.preferredWidth: lineWidth
             buttons: bar.detail.floatingControls
             onPressed: action => bar.detail.press(action)
         }

@@ -2,7 +2,6 @@
 // so that of a transcript of thousands of turns only what is on screen exists.
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Dialogs
 import QtQuick.Templates as T
 
 FocusScope {
@@ -21,6 +20,8 @@ FocusScope {
         // The one row that Tab reaches: where the keyboard was last, or the first on screen.
         readonly property int tabStop: currentIndex >= 0 ? currentIndex : Math.max(0, indexAt(side + 1, contentY + 1), indexAt(side + 1, contentY + spacing + 1))
 
+        property bool isAtTop: true
+
         function moveTo(row) {
             currentIndex = Math.max(0, Math.min(count - 1, row));
             currentItem.forceActiveFocus(Qt.TabFocusReason);
@@ -37,6 +38,10 @@ FocusScope {
         highlightMoveDuration: 0
         keyNavigationEnabled: false
         boundsBehavior: Flickable.StopAtBounds
+        // A header that grows grows upwards, out of sight: whoever looks at the top goes on looking at it.
+        onContentYChanged: isAtTop = atYBeginning
+        onOriginYChanged: if (isAtTop)
+            positionViewAtBeginning()
         Accessible.role: Accessible.List
         Accessible.name: root.detail.transcript.title
         T.ScrollBar.vertical: ScrollLine {
@@ -68,6 +73,13 @@ FocusScope {
         }
 
         Connections {
+            target: root.detail
+            function onShownMeetingChanged() {
+                list.isAtTop = true;
+                list.positionViewAtBeginning();
+            }
+        }
+        Connections {
             target: root.detail.transcript
             function onPlayedRowChanged() {
                 const row = root.detail.transcript.playedRow;
@@ -94,23 +106,6 @@ FocusScope {
         isShown: root.detail.isToastShown
         message: root.detail.toastMessage
         isError: root.detail.isToastError
-    }
-
-    FileDialog {
-        id: importDialog
-
-        // Not every file dialog takes one letter case for the other.
-        readonly property string patterns: ["wav", "mp3", "m4a", "aac", "flac", "ogg", "oga", "opus", "wma", "aif", "aiff", "caf", "mka", "amr", "mp4", "m4v", "mov", "mkv", "webm", "avi", "mpg", "mpeg", "ogv", "3gp", "wmv"].map(name => "*." + name + " *." + name.toUpperCase()).join(" ")
-
-        title: qsTr("Import Audio")
-        nameFilters: [qsTr("Audio and video (%1)").arg(patterns), qsTr("All files (%1)").arg("*")]
-        onAccepted: root.detail.importChosen(selectedFile)
-    }
-    Connections {
-        target: root.detail
-        function onImportRequested() {
-            importDialog.open();
-        }
     }
 
     AlertDialog {

@@ -76,6 +76,7 @@ T.ItemDelegate {
                 }
                 Text {
                     Layout.fillWidth: true
+                    Layout.minimumWidth: implicitWidth
                     text: "· " + row.relativeTime
                     color: Theme.secondary
                     font.pixelSize: Theme.captionSize
@@ -97,8 +98,13 @@ T.ItemDelegate {
         border.color: Theme.accent
     }
 
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: point => row.menuWanted(row.mapToItem(null, point.position.x, point.position.y))
+    // An item of its own: one that has a handler takes every mouse button, and the row would take the tap for a click.
+    Item {
+        anchors.fill: parent
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => row.menuWanted(row.mapToItem(null, point.position.x, point.position.y))
+        }
     }
 }

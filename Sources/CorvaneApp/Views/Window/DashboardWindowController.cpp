@@ -59,6 +59,8 @@ bool DashboardWindowController::make() {
     m_engine = makeViewEngine();
     m_windowModel = std::make_unique<MainWindowModel>(
         m_model, *m_clock, [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
+    connect(m_windowModel->detail(), &MeetingDetailModel::importRequested, this,
+            &DashboardWindowController::importRequested);
 
     QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/MainWindow.qml")));
     QObject* made = component.createWithInitialProperties(
