@@ -247,6 +247,7 @@ TEST_F(KeyboardTest, TheMenuOfAMeetingSelectsNothingAndGoesWithEscape) {
 
 TEST_F(KeyboardTest, AMeetingIsShownFromItsTop) {
     makeDraft("draft", "Talk", 1'600'000'000);
+    speakers = {{u"A"_s, 60, {}}, {u"B"_s, 60, {}}, {u"C"_s, 60, {}}};
     showMeetingOfTurns(40);
     select(*model, "draft");
     ASSERT_NE(find(u"No Transcript"_s), nullptr);
