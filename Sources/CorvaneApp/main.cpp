@@ -4,6 +4,7 @@
 #include "CorvaneApp/Composition/TerminationSignals.h"
 #include "CorvaneApp/Shell/Application.h"
 #include "CorvaneApp/Shell/SingleInstance.h"
+#include "CorvaneApp/Translations/Translations.h"
 #include "CorvaneApp/Views/Window/PanelCallNotices.h"
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Process/Locale.h"
@@ -14,6 +15,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QStandardPaths>
 #include <QThreadPool>
 
@@ -82,7 +84,14 @@ std::optional<int> settleInstance(SingleInstance& instance, StartRequest request
     return complain(QStringLiteral("Corvane runs already but does not answer"));
 }
 
-int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices services, SingleInstance& instance,
+// The command line as the toolkit wants it, and the languages that the user reads, the one most wished for first.
+struct Start {
+    int& argc;
+    char** argv;
+    QStringList languages;
+};
+
+int runApplication(const Start& start, const AppPaths& paths, AppServices services, SingleInstance& instance,
                    const StartRequest& request) {
     // The toolkit would otherwise start a bus of its own, which nobody ends again.
     if (DesktopBus::address(DesktopBus::Which::session).isEmpty())
@@ -90,7 +99,8 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
     QCoreApplication::setApplicationName(QStringLiteral("Corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
-    const QApplication toolkit(argc, argv);
+    const QApplication toolkit(start.argc, start.argv);
+    const Translations translations(start.languages);
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("corvane"), QIcon(QStringLiteral(":/corvane.svg"))));
     QApplication::setQuitOnLastWindowClosed(false);
     const TerminationSignals signals;
@@ -121,6 +131,8 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
 } // namespace
 
 int main(int argc, char** argv) {
+    // Before the locale is made another: one that the machine lacks still says which language the user reads.
+    const QStringList languages = QLocale::system().uiLanguages();
     ensureUtf8Locale();
     const AppPaths paths(std::nullopt);
     AppServices services = makeLinuxServices();
@@ -153,5 +165,5 @@ int main(int argc, char** argv) {
         return *status;
     if (!hasDisplay())
         return complain(QStringLiteral("there is no display to show a window on; corvanectl works without one"));
-    return runApplication(argc, argv, paths, std::move(services), instance, command.request);
+    return runApplication({argc, argv, languages}, paths, std::move(services), instance, command.request);
 }

@@ -1,6 +1,7 @@
 #include "CorvaneCore/Services/DependencySetupModel.h"
 
-#include <QCoreApplication>
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QtConcurrentRun>
 
 #include <utility>
@@ -79,7 +80,7 @@ void DependencySetupModel::installMissingTools() {
     if (m_isRunning)
         return;
     publish(m_isRunning, true);
-    publish(m_message, QCoreApplication::translate("PanelText", "Starting dependency setup..."));
+    publish(m_message, UserText::tr("Starting dependency setup..."));
     const ReadyTools known{.python = m_pythonReady, .uv = m_uvReady, .ffmpeg = m_ffmpegReady};
     QtConcurrent::run(m_threads.get(), [setup = m_setup, known] {
         return setup.installMissingTools(known);
