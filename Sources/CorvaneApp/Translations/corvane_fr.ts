@@ -53,10 +53,6 @@
 <context>
     <name>MeetingDetail</name>
     <message>
-        <source>Import Audio</source>
-        <translation>Importer un fichier audio</translation>
-    </message>
-    <message>
         <source>Notion page already exists</source>
         <translation>La page Notion existe déjà</translation>
     </message>
@@ -454,7 +450,7 @@
     </message>
     <message>
         <source>Local Data</source>
-        <translation>Données locales</translation>
+        <translation>Données</translation>
     </message>
     <message>
         <source> · speaker detection off</source>
@@ -840,6 +836,14 @@
         <source>Open App</source>
         <translation>Ouvrir l’application</translation>
     </message>
+    <message>
+        <source>Audio and video (%1)</source>
+        <translation>Audio et vidéo (%1)</translation>
+    </message>
+    <message>
+        <source>All files (%1)</source>
+        <translation>Tous les fichiers (%1)</translation>
+    </message>
 </context>
 <context>
     <name>ProcessingSettings</name>
@@ -1022,7 +1026,7 @@
     </message>
     <message>
         <source>Accept Model Agreement</source>
-        <translation>Accepter les conditions du modèle</translation>
+        <translation>Accepter les conditions</translation>
     </message>
     <message>
         <source>Create Read Token</source>
@@ -1234,10 +1238,6 @@
         <translation>Renommer</translation>
     </message>
     <message>
-        <source>Show in Finder</source>
-        <translation>Afficher dans le gestionnaire de fichiers</translation>
-    </message>
-    <message>
         <source>Delete</source>
         <translation>Supprimer</translation>
     </message>
@@ -1252,6 +1252,10 @@
     <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Show in File Manager</source>
+        <translation>Afficher dans le gestionnaire de fichiers</translation>
     </message>
 </context>
 <context>
