@@ -87,7 +87,7 @@ std::optional<int> settleInstance(SingleInstance& instance, StartRequest request
 // The command line as the toolkit wants it, and the languages that the user reads, the one most wished for first.
 struct Start {
     int& argc;
-    char** argv;
+    char** argv = nullptr;
     QStringList languages;
 };
 
