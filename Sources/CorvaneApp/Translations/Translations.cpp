@@ -35,9 +35,7 @@ Translations::Translations(const QStringList& languages) {
     if (!language)
         return;
     // A machine may be without the toolkit's own; its few texts then stay English.
-    const QString ofToolkit = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    install(m_toolkit, QStringLiteral("qtbase_") + *language, ofToolkit);
-    install(m_toolkitViews, QStringLiteral("qtdeclarative_") + *language, ofToolkit);
+    install(m_toolkit, QStringLiteral("qtbase_") + *language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     install(m_own, QStringLiteral("corvane_") + *language, QStringLiteral(":/Translations"));
 }
 

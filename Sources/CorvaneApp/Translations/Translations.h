@@ -20,7 +20,6 @@ public:
 
 private:
     QTranslator m_toolkit;
-    QTranslator m_toolkitViews;
     QTranslator m_own;
 };
 
