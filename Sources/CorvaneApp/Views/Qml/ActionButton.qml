@@ -10,6 +10,7 @@ T.Button {
     property string accessibleName
     property bool isProminent: false
     property bool isDestructive: false
+    property bool isRound: false
     property bool isBare: false // no frame: for buttons in a text or a header
     property bool isOpen: false // what it opens is on screen, where the help would lie over it
     property color tone: isDestructive ? Theme.negative : Theme.text
@@ -61,9 +62,11 @@ T.Button {
     }
 
     background: Rectangle {
-        radius: Theme.smallRadius
-        color: control.isProminent ? control.fill : (control.isBare ? "transparent" : Theme.surface)
-        border.width: control.isProminent || control.isBare ? 0 : Theme.hair
+        id: ground
+
+        radius: control.isRound ? height / 2 : Theme.smallRadius
+        color: control.isProminent ? control.fill : (control.isRound ? Theme.tint(control.tone, Theme.badgeOpacity) : (control.isBare ? "transparent" : Theme.surface))
+        border.width: control.isProminent || control.isBare || control.isRound ? 0 : Theme.hair
         border.color: control.isDestructive ? Theme.negative : Theme.line
 
         Rectangle {
@@ -74,6 +77,7 @@ T.Button {
         }
         FocusRing {
             control: control
+            radius: ground.radius + Theme.focusWidth + 1
         }
     }
 

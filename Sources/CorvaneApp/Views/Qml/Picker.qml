@@ -44,7 +44,11 @@ T.ComboBox {
     Accessible.name: accessibleName
     Accessible.description: shownText
     Accessible.focusable: true
-    Accessible.onPressAction: control.popup.open()
+    Accessible.onPressAction: {
+        // The keys of the opened list go to the control.
+        control.forceActiveFocus(Qt.OtherFocusReason);
+        control.popup.open();
+    }
     Keys.onReturnPressed: control.popup.open()
 
     contentItem: Text {

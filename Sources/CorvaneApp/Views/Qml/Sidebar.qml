@@ -49,6 +49,7 @@ Rectangle {
                 symbolName: "arrow.clockwise"
                 helpText: qsTr("Refresh meetings")
                 isBare: true
+                tone: Theme.secondary
                 onClicked: root.sidebar.reload()
             }
         }
@@ -92,6 +93,18 @@ Rectangle {
             Keys.onMenuPressed: (currentItem as SidebarItemRow)?.openMenu()
             Keys.onDeletePressed: if (currentItem)
                 root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
+
+            // With no meeting to choose, the page with the controls for the first one is still a click away.
+            ActionButton {
+                x: Theme.small
+                width: parent.width - 2 * Theme.small
+                visible: list.count === 0
+                isBare: true
+                tone: Theme.secondary
+                symbolName: "record.circle"
+                text: qsTr("Ready for a meeting")
+                onClicked: root.sidebar.selectNoMeeting()
+            }
 
             delegate: SidebarItemRow {
                 width: ListView.view.width

@@ -25,7 +25,7 @@ QtObject {
     readonly property color positive: isDark ? "#74c993" : "#23754a"
     readonly property color negative: isDark ? "#ff8a7d" : "#b3261e"
     readonly property color negativeContent: isDark ? "#2a0907" : "#ffffff"
-    readonly property color shadow: isDark ? "#66000000" : "#24000000"
+    readonly property color shadow: isDark ? "#2e000000" : "#0b1c2126"
     readonly property color scrim: isDark ? "#99000000" : "#59000000"
 
     // The names that the panels have for the tone of a symbol.
@@ -48,6 +48,7 @@ QtObject {
     }
     readonly property real hoverOpacity: 0.14
     readonly property real pressOpacity: 0.22
+    readonly property real badgeOpacity: 0.13
     readonly property real disabledOpacity: 0.42
 
     // Type.
@@ -71,9 +72,9 @@ QtObject {
     readonly property int symbolSize: Math.round(17 * textScale)
     readonly property int columnWidth: 860
     readonly property int wideColumnWidth: 900
-    readonly property int sheetWidth: 780
+    readonly property int sheetWidth: 820
     readonly property int settingsWidth: 680
-    readonly property int sheetHeight: 660
+    readonly property int sheetHeight: 690
     readonly property int stepListWidth: 176
 
     // Form.
