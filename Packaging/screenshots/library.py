@@ -169,7 +169,7 @@ class Library:
     def store_tokens(self, programs, environment):
         """In the keyring of the session; they are no real ones."""
         for program, *arguments in (("corvane", "debug", "save-hf-token"), ("corvanectl", "notion", "token")):
-            subprocess.run([programs / program, *arguments], input=b"sample", check=True, stdout=subprocess.DEVNULL,
+            subprocess.run([programs / program, *arguments], input=b"sample", check=True, capture_output=True,
                            env=environment | {"XDG_DATA_HOME": str(self.root.parent),
                                               "XDG_CONFIG_HOME": str(self.config.parent)})
 

@@ -15,8 +15,20 @@ T.Button {
     property bool isOpen: false // what it opens is on screen, where the help would lie over it
     property color tone: isDestructive ? Theme.negative : Theme.text
 
+    // What cannot be pressed does not stand out, and its words can still be read.
+    readonly property bool isFilled: isProminent && enabled
     readonly property color fill: isDestructive ? Theme.negative : Theme.accent
-    readonly property color content: isProminent ? (isDestructive ? Theme.negativeContent : Theme.accentContent) : tone
+    readonly property color content: isFilled ? (isDestructive ? Theme.negativeContent : Theme.accentContent) : (isProminent ? Theme.secondary : tone)
+
+    function groundColor() {
+        if (isFilled)
+            return fill;
+        if (isProminent)
+            return Theme.tint(Theme.secondary, Theme.hoverOpacity);
+        if (isRound)
+            return Theme.tint(tone, Theme.badgeOpacity);
+        return isBare ? "transparent" : Theme.surface;
+    }
 
     implicitHeight: Theme.controlHeight
     implicitWidth: Math.max(implicitHeight, row.implicitWidth + leftPadding + rightPadding)
@@ -24,7 +36,7 @@ T.Button {
     rightPadding: leftPadding
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    opacity: enabled ? 1 : Theme.disabledOpacity
+    opacity: enabled || isProminent ? 1 : Theme.disabledOpacity
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName !== "" ? accessibleName : (text !== "" ? text : helpText)
@@ -65,7 +77,7 @@ T.Button {
         id: ground
 
         radius: control.isRound ? height / 2 : Theme.smallRadius
-        color: control.isProminent ? control.fill : (control.isRound ? Theme.tint(control.tone, Theme.badgeOpacity) : (control.isBare ? "transparent" : Theme.surface))
+        color: control.groundColor()
         border.width: control.isProminent || control.isBare || control.isRound ? 0 : Theme.hair
         border.color: control.isDestructive ? Theme.negative : Theme.line
 

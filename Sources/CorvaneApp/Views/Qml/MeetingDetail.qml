@@ -81,6 +81,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         detail: root.detail
+        side: list.side
     }
 
     Toast {

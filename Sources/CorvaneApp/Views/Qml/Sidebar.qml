@@ -95,14 +95,15 @@ Rectangle {
                 root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
 
             // With no meeting to choose, the page with the controls for the first one is still a click away.
-            ActionButton {
-                x: Theme.small
-                width: parent.width - 2 * Theme.small
+            SidebarFooterRow {
+                width: parent.width
                 visible: list.count === 0
-                isBare: true
-                tone: Theme.secondary
-                symbolName: "record.circle"
-                text: qsTr("Ready for a meeting")
+                entry: ({
+                        "title": qsTr("Ready for a meeting"),
+                        "iconName": "record.circle",
+                        "isSelected": !root.sidebar.footerButtons.some(button => button.isSelected),
+                        "badgeText": ""
+                    })
                 onClicked: root.sidebar.selectNoMeeting()
             }
 

@@ -110,7 +110,7 @@ FocusScope {
         }
         Flow {
             Layout.fillWidth: true
-            Layout.leftMargin: nameField.x + nameField.leftPadding
+            Layout.leftMargin: enabledSwitch.width + Theme.small + nameField.leftPadding
             spacing: Theme.large
 
             Repeater {

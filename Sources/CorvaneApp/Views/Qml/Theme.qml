@@ -17,9 +17,10 @@ QtObject {
     readonly property color surface: isDark ? "#1e2227" : "#ffffff"
     readonly property color field: isDark ? "#14171b" : "#fbfaf8"
     readonly property color line: isDark ? "#333a42" : "#dcd8cf"
-    readonly property color controlLine: isDark ? "#6b7580" : "#8b8f94"
+    readonly property color controlLine: isDark ? "#6b7580" : "#7f848a"
     readonly property color text: isDark ? "#edeff1" : "#1c2126"
     readonly property color secondary: isDark ? "#a3adb8" : "#5a636d"
+    readonly property color selectedSecondary: isDark ? "#b6bfc9" : "#48515a" // on what is selected
     readonly property color accent: isDark ? "#6cc5c9" : "#17666d"
     readonly property color accentContent: isDark ? "#0c1719" : "#ffffff"
     readonly property color positive: isDark ? "#74c993" : "#23754a"
@@ -48,6 +49,7 @@ QtObject {
     }
     readonly property real hoverOpacity: 0.14
     readonly property real pressOpacity: 0.22
+    readonly property real selectOpacity: 0.18
     readonly property real badgeOpacity: 0.13
     readonly property real disabledOpacity: 0.42
 
