@@ -61,7 +61,7 @@ def states(app, shoot):
         app.find(words)
         shoot("meeting-" + name)
     app.click(app.find("Kitchen roster", ROW), button=3)
-    app.find("Show in Finder")
+    app.find("Show in File Manager")
     shoot("meeting-menu")
     app.key("Escape")
     app.click(app.find("Kitchen roster", ROW))
