@@ -42,7 +42,7 @@ def meetings(app, shoot):
     app.press("Processing Details", BUTTON)
     app.press(MUSEUM, ROW)
     app.find("Transcript ready")
-    app.scroll(3)
+    app.scroll(1)
     app.find("Suggested ")
     shoot("meeting-suggestions")
     app.press("Profiles")

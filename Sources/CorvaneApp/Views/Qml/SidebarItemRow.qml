@@ -61,27 +61,28 @@ T.ItemDelegate {
                 maximumLineCount: 1
                 Accessible.ignored: true
             }
-            RowLayout {
+            // Where there is no room for both, the status gives way.
+            Row {
+                id: line
+
                 Layout.fillWidth: true
                 spacing: Theme.tight
 
                 Text {
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: implicitWidth
+                    width: Math.min(implicitWidth, line.width - time.width - line.spacing)
                     text: row.status
                     textFormat: Text.PlainText
-                    color: row.isSelected ? Theme.selectedSecondary : Theme.secondary
+                    color: time.color
                     font.pixelSize: Theme.captionSize
                     elide: Text.ElideRight
                     Accessible.ignored: true
                 }
                 Text {
-                    Layout.fillWidth: true
-                    Layout.minimumWidth: implicitWidth
+                    id: time
+
                     text: "· " + row.relativeTime
                     color: row.isSelected ? Theme.selectedSecondary : Theme.secondary
                     font.pixelSize: Theme.captionSize
-                    elide: Text.ElideRight
                     Accessible.ignored: true
                 }
             }
