@@ -257,3 +257,28 @@ TEST_F(KeyboardTest, AMeetingIsShownFromItsTop) {
     window().grabWindow();
     EXPECT_GT(find(u"Meeting name"_s)->mapToScene({0, 0}).y(), 0);
 }
+
+TEST_F(KeyboardTest, AnEmptyLibraryHasAWayToItsFirstRecording) {
+    show();
+    EXPECT_EQ(model->library().selectedSidebarItem(), SidebarItem::settings());
+    EXPECT_FALSE(has(u"New Recording"_s));
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_TRUE(has(u"New Recording"_s));
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_FALSE(has(u"New Recording"_s));
+    const QQuickItem* way = find(u"Ready for a meeting"_s);
+    ASSERT_NE(way, nullptr);
+    QTest::mouseClick(&window(), Qt::LeftButton, {}, way->mapToScene({20, 20}).toPoint());
+    EXPECT_TRUE(has(u"New Recording"_s));
+}
+
+TEST_F(KeyboardTest, ATitleTooLongForItsFieldShowsItsBeginning) {
+    const QString title = u"A long title "_s.repeated(12).trimmed();
+    makeRun("run", title.toUtf8().constData(), "meeting-1", 1'700'000'000);
+    show();
+    const QQuickItem* field = find(u"Meeting name"_s);
+    ASSERT_NE(field, nullptr);
+    EXPECT_TRUE(field->property("isCut").toBool());
+    press(Qt::Key_F2);
+    EXPECT_FALSE(field->property("isCut").toBool()) << "what is typed is seen";
+}

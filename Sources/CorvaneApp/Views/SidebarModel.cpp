@@ -96,6 +96,10 @@ void SidebarModel::selectMeeting(const QString& meetingID) {
         m_model.selectSidebarItem(SidebarItem::meeting(meetingID));
 }
 
+void SidebarModel::selectNoMeeting() {
+    m_model.selectSidebarItem(std::nullopt);
+}
+
 void SidebarModel::selectFooterItem(int item) {
     SidebarItem chosen = SidebarItem::settings();
     if (static_cast<SidebarItem::Kind>(item) == SidebarItem::Kind::speakerProfiles)

@@ -13,14 +13,12 @@ FocusScope {
         (list.headerItem as MeetingHeader).editTitle();
     }
 
-    ListView {
+    PageList {
         id: list
 
         readonly property int side: Math.max(Theme.wide, (width - Theme.columnWidth) / 2)
         // The one row that Tab reaches: where the keyboard was last, or the first on screen.
         readonly property int tabStop: currentIndex >= 0 ? currentIndex : Math.max(0, indexAt(side + 1, contentY + 1), indexAt(side + 1, contentY + spacing + 1))
-
-        property bool isAtTop: true
 
         function moveTo(row) {
             currentIndex = Math.max(0, Math.min(count - 1, row));
@@ -29,23 +27,11 @@ FocusScope {
 
         anchors.fill: parent
         anchors.bottomMargin: controls.height
-        clip: true
         model: root.detail.transcript.rows
-        reuseItems: true
         cacheBuffer: 400
-        spacing: 10
+        spacing: Theme.large
         currentIndex: -1
-        highlightMoveDuration: 0
-        keyNavigationEnabled: false
-        boundsBehavior: Flickable.StopAtBounds
-        // A header that grows grows upwards, out of sight: whoever looks at the top goes on looking at it.
-        onContentYChanged: isAtTop = atYBeginning
-        onOriginYChanged: if (isAtTop)
-            positionViewAtBeginning()
-        Accessible.role: Accessible.List
         Accessible.name: root.detail.transcript.title
-        T.ScrollBar.vertical: ScrollLine {
-        }
 
         header: MeetingHeader {
             x: list.side
@@ -75,8 +61,7 @@ FocusScope {
         Connections {
             target: root.detail
             function onShownMeetingChanged() {
-                list.isAtTop = true;
-                list.positionViewAtBeginning();
+                list.showTop();
             }
         }
         Connections {
@@ -96,6 +81,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         detail: root.detail
+        side: list.side
     }
 
     Toast {

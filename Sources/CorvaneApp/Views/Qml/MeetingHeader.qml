@@ -48,6 +48,7 @@ ColumnLayout {
             }
         }
         ActionButton {
+            Layout.rightMargin: -Theme.medium
             visible: root.detail.hasNotionPage
             isBare: true
             symbolName: "arrow.up.forward.square"
@@ -119,12 +120,14 @@ ColumnLayout {
 
     SpeakersPanel {
         Layout.fillWidth: true
+        Layout.topMargin: Theme.small
         visible: root.detail.hasTranscript
         speakers: root.detail.speakers
     }
 
     RowLayout {
         Layout.fillWidth: true
+        Layout.topMargin: Theme.small
         Layout.bottomMargin: Theme.small
         visible: root.detail.hasTranscript
 
@@ -136,6 +139,7 @@ ColumnLayout {
             Accessible.role: Accessible.Heading
         }
         ActionButton {
+            Layout.rightMargin: -Theme.small
             isBare: true
             symbolName: root.detail.transcript.copyIconName
             accessibleName: root.detail.transcript.copyAccessibilityLabel

@@ -49,6 +49,7 @@ Rectangle {
                 symbolName: "arrow.clockwise"
                 helpText: qsTr("Refresh meetings")
                 isBare: true
+                tone: Theme.secondary
                 onClicked: root.sidebar.reload()
             }
         }
@@ -92,6 +93,19 @@ Rectangle {
             Keys.onMenuPressed: (currentItem as SidebarItemRow)?.openMenu()
             Keys.onDeletePressed: if (currentItem)
                 root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
+
+            // With no meeting to choose, the page with the controls for the first one is still a click away.
+            SidebarFooterRow {
+                width: parent.width
+                visible: list.count === 0
+                entry: ({
+                        "title": qsTr("Ready for a meeting"),
+                        "iconName": "record.circle",
+                        "isSelected": !root.sidebar.footerButtons.some(button => button.isSelected),
+                        "badgeText": ""
+                    })
+                onClicked: root.sidebar.selectNoMeeting()
+            }
 
             delegate: SidebarItemRow {
                 width: ListView.view.width

@@ -56,31 +56,33 @@ T.ItemDelegate {
                 color: Theme.text
                 font.pixelSize: Theme.bodySize
                 font.weight: row.isSelected ? Font.DemiBold : Font.Medium
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 maximumLineCount: 1
                 Accessible.ignored: true
             }
-            RowLayout {
+            // Where there is no room for both, the status gives way.
+            Row {
+                id: line
+
                 Layout.fillWidth: true
                 spacing: Theme.tight
 
                 Text {
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: implicitWidth
+                    width: Math.min(implicitWidth, line.width - time.width - line.spacing)
                     text: row.status
                     textFormat: Text.PlainText
-                    color: Theme.secondary
+                    color: time.color
                     font.pixelSize: Theme.captionSize
                     elide: Text.ElideRight
                     Accessible.ignored: true
                 }
                 Text {
-                    Layout.fillWidth: true
-                    Layout.minimumWidth: implicitWidth
+                    id: time
+
                     text: "· " + row.relativeTime
-                    color: Theme.secondary
+                    color: row.isSelected ? Theme.selectedSecondary : Theme.secondary
                     font.pixelSize: Theme.captionSize
-                    elide: Text.ElideRight
                     Accessible.ignored: true
                 }
             }
@@ -93,7 +95,7 @@ T.ItemDelegate {
         anchors.leftMargin: Theme.small
         anchors.rightMargin: Theme.small
         radius: Theme.smallRadius
-        color: row.isSelected ? Theme.tint(Theme.accent, 0.18) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
+        color: row.isSelected ? Theme.tint(Theme.accent, Theme.selectOpacity) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
         border.width: isCurrent ? Theme.focusWidth : 0
         border.color: Theme.accent
     }

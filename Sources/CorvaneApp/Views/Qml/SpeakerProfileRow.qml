@@ -76,6 +76,8 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 220
                 focus: true
+                isBare: true
+                font.weight: Font.DemiBold
                 activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Display name")
                 accessibleName: placeholderText + ", " + row.displayName
@@ -87,6 +89,7 @@ FocusScope {
 
                 Layout.fillWidth: true
                 Layout.preferredWidth: 360
+                isBare: true
                 activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Notes")
                 accessibleName: placeholderText + ", " + row.displayName
@@ -101,13 +104,13 @@ FocusScope {
                 helpText: qsTr("Delete")
                 accessibleName: helpText + ", " + row.displayName
                 isBare: true
-                isDestructive: true
+                tone: hovered || visualFocus ? Theme.negative : Theme.secondary
                 onClicked: row.page.deleteProfile(row.profileID)
             }
         }
         Flow {
             Layout.fillWidth: true
-            Layout.leftMargin: nameField.x + nameField.leftPadding
+            Layout.leftMargin: enabledSwitch.width + Theme.small + nameField.leftPadding
             spacing: Theme.large
 
             Repeater {

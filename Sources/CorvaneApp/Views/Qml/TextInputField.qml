@@ -13,7 +13,10 @@ T.TextField {
     implicitWidth: 220
     leftPadding: Theme.small
     rightPadding: Theme.small
-    color: Theme.text
+    // Too long for the field, and not being typed: then its beginning is shown, and that there is more.
+    readonly property bool isCut: !activeFocus && !isSecret && contentWidth > width - leftPadding - rightPadding
+
+    color: isCut ? "transparent" : Theme.text
     placeholderTextColor: Theme.secondary
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentContent
@@ -34,11 +37,12 @@ T.TextField {
         x: control.leftPadding
         width: control.width - control.leftPadding - control.rightPadding
         anchors.verticalCenter: parent.verticalCenter
-        text: control.placeholderText
-        color: control.placeholderTextColor
+        text: control.isCut ? control.text : control.placeholderText
+        textFormat: Text.PlainText
+        color: control.isCut ? Theme.text : control.placeholderTextColor
         font: control.font
         elide: Text.ElideRight
-        visible: control.length === 0 && control.preeditText === ""
+        visible: control.isCut || (control.length === 0 && control.preeditText === "")
         Accessible.ignored: true
     }
 
