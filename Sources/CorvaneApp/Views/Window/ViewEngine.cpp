@@ -1,5 +1,6 @@
 #include "CorvaneApp/Views/Window/ViewEngine.h"
 
+#include "CorvaneApp/Views/Window/ControlAccessibility.h"
 #include "CorvaneApp/Views/Window/RenderBackend.h"
 #include "CorvaneApp/Views/Window/SymbolImageProvider.h"
 
@@ -13,6 +14,7 @@ namespace corvane {
 std::unique_ptr<QQmlEngine> makeViewEngine() {
     [[maybe_unused]] static const bool isPrepared = [] {
         takeViews();
+        installControlAccessibility();
         chooseRenderBackend();
         return true;
     }();
