@@ -36,6 +36,10 @@ Application::Application(const AppPaths& paths, const AppServices& services, Des
     });
     connect(&m_trayDeadline, &QTimer::timeout, this, &Application::showIfNeeded);
 
+    connect(&m_window, &DashboardWindowController::importRequested, this,
+            [this] { m_importDialog.open(m_window.window()); });
+    connect(&m_importDialog, &ImportDialog::chosen, this, [this](const QString& file) { import({file}); });
+
     connect(&m_tray, &TrayItem::chosen, this, &Application::act);
     connect(&m_tray, &TrayItem::clicked, this, [this] { act(TrayAction::openApp); });
     connect(&m_tray, &TrayItem::changed, this, &Application::followTray);

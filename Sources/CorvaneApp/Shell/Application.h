@@ -3,6 +3,7 @@
 #pragma once
 
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneApp/Shell/ImportDialog.h"
 #include "CorvaneApp/Shell/TrayItem.h"
 #include "CorvaneApp/Views/KeepAwake.h"
 #include "CorvaneApp/Views/QuitController.h"
@@ -59,6 +60,7 @@ private:
     QuitController m_quit;
     KeepAwake m_keepAwake;
     DashboardWindowController m_window;
+    ImportDialog m_importDialog;
     TrayItem m_tray;
     StartRequest m_request; // the last one that brought the window up
     bool m_isWindowWanted = false;

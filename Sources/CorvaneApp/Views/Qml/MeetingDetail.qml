@@ -2,7 +2,6 @@
 // so that of a transcript of thousands of turns only what is on screen exists.
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Dialogs
 import QtQuick.Templates as T
 
 FocusScope {
@@ -94,19 +93,6 @@ FocusScope {
         isShown: root.detail.isToastShown
         message: root.detail.toastMessage
         isError: root.detail.isToastError
-    }
-
-    FileDialog {
-        id: importDialog
-
-        title: qsTr("Import Audio")
-        onAccepted: root.detail.importChosen(selectedFile)
-    }
-    Connections {
-        target: root.detail
-        function onImportRequested() {
-            importDialog.open();
-        }
     }
 
     AlertDialog {

@@ -38,6 +38,7 @@ QAccessibleInterface* makeControlAccessibility(const QString&, QObject* object) 
 
 void installControlAccessibility() {
     QAccessible::installFactory(makeControlAccessibility);
+    maskAnnouncedSecrets();
 }
 
 ControlAccessibility::ControlAccessibility(QQuickItem* item) : QAccessibleObject(item) {}

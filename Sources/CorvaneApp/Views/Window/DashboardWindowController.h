@@ -41,6 +41,8 @@ public:
 Q_SIGNALS:
     // The user has closed it. Whatever goes on, goes on.
     void closed();
+    // The user wants to choose a file to import.
+    void importRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -17,7 +17,54 @@ bool canEdit(const QQuickItem& field) {
     return field.isEnabled() && !field.property("readOnly").toBool();
 }
 
+QString dots(qsizetype count) {
+    return QString(count, QChar(0x2022));
+}
+
+void announce(QAccessibleEvent* event);
+
+void announceMasked(QObject* field, QAccessibleEvent* event) {
+    if (event->type() == QAccessible::TextInserted) {
+        auto* change = static_cast<QAccessibleTextInsertEvent*>(event);
+        QAccessibleTextInsertEvent masked(field, change->changePosition(), dots(change->textInserted().size()));
+        announce(&masked);
+    } else if (event->type() == QAccessible::TextRemoved) {
+        auto* change = static_cast<QAccessibleTextRemoveEvent*>(event);
+        QAccessibleTextRemoveEvent masked(field, change->changePosition(), dots(change->textRemoved().size()));
+        announce(&masked);
+    } else if (event->type() == QAccessible::TextUpdated) {
+        auto* change = static_cast<QAccessibleTextUpdateEvent*>(event);
+        QAccessibleTextUpdateEvent masked(field, change->changePosition(), dots(change->textRemoved().size()),
+                                          dots(change->textInserted().size()));
+        announce(&masked);
+    } else if (event->type() != QAccessible::ValueChanged) {
+        announce(event);
+    }
+}
+
+void takeAnnouncement(QAccessibleEvent* event) {
+    QObject* object = event->object();
+    if (QAccessibleInterface* source = object ? nullptr : event->accessibleInterface())
+        object = source->object();
+    const auto* item = qobject_cast<QQuickItem*>(object);
+    if (item && isSecret(*item))
+        announceMasked(object, event);
+    else
+        announce(event);
+}
+
+// As the toolkit does it where nobody has put himself in between.
+void announce(QAccessibleEvent* event) {
+    QAccessible::installUpdateHandler(nullptr);
+    QAccessible::updateAccessibility(event);
+    QAccessible::installUpdateHandler(takeAnnouncement);
+}
+
 } // namespace
+
+void maskAnnouncedSecrets() {
+    QAccessible::installUpdateHandler(takeAnnouncement);
+}
 
 void* TextFieldAccessibility::interface_cast(QAccessible::InterfaceType type) {
     if (type == QAccessible::TextInterface)
@@ -38,7 +85,7 @@ QAccessible::State TextFieldAccessibility::state() const {
 
 QString TextFieldAccessibility::shown() const {
     const QString typed = item().property("text").toString();
-    return isSecret(item()) ? QString(typed.size(), QChar(0x2022)) : typed;
+    return isSecret(item()) ? dots(typed.size()) : typed;
 }
 
 QString TextFieldAccessibility::text(QAccessible::Text kind) const {

@@ -6,6 +6,9 @@
 
 namespace corvane {
 
+// From now on what is announced of a change in a secret has the dots too. The toolkit announces every letter typed.
+void maskAnnouncedSecrets();
+
 // Offsets are of UTF-16 units; the range from one up to another leaves out the second, which is -1 for the end.
 class TextFieldAccessibility final : public ControlAccessibility,
                                      public QAccessibleTextInterface,
