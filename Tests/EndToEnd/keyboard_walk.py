@@ -76,14 +76,16 @@ class KeyboardWalk(screen_reader.ReaderTest):
         """Tab comes back to where it began and has been at all that can be used, but for the rows of lists, which the
         arrow keys reach."""
         start = self.look()
-        here, seen = start, {start.path}
+        here, seen, road = start, {start.path}, [str(start)]
         while (here := self.tab(here)).path != start.path:
             self.assertNotIn(here.path, seen, f"Tab goes in a circle that leaves out {start}")
             self.assertIn(here.role, REACHED_BY_TAB | {"list", "list item"}, here)
             seen.add(here.path)
+            road.append(str(here))
         shown = [one for one in self.showing() if one.is_usable() and one.role in REACHED_BY_TAB and
                  "focusable" in one.states and one.parent.role != "list item"]
-        self.assertEqual([str(one) for one in shown if one.path not in seen], [])
+        left = [str(one) for one in shown if one.path not in seen]
+        self.assertEqual(left, [], f"Tab goes by way of {road}")
 
     def test_from_an_import_to_a_published_page(self):
         talk = self.make_audio()
@@ -118,7 +120,7 @@ class KeyboardWalk(screen_reader.ReaderTest):
         self.wait_for(self.pages, "the page")
         self.find("Open Notion page")
         self.press_at("Speaker Profiles")
-        self.find("Global threshold", "slider")
+        self.find("Voice profile matching", "check box")
         self.assert_all_is_reached()
         self.press(self.wait_for_window(), "ctrl+q")
         self.assertEqual(process.wait(support.LIMIT), 0)

@@ -76,6 +76,10 @@ FocusScope {
         }
     }
 
+    FocusFollower {
+        view: list
+    }
+
     FloatingControls {
         id: controls
 

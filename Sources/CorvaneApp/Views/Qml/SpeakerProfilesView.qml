@@ -43,6 +43,10 @@ FocusScope {
         }
     }
 
+    FocusFollower {
+        view: list
+    }
+
     AlertDialog {
         parent: T.Overlay.overlay
         visible: root.page.isAskingDeletion
