@@ -1,14 +1,17 @@
 """The application as a screen reader meets it: over the accessibility bus, from another process."""
 
+import array
 import json
+import math
 import pathlib
 import subprocess
-import time
+import wave
 
 import desktop
 import sound
 import support
 
+TONE = 700  # hertz, of what has been recorded
 LAUNCHER = pathlib.Path("/usr/libexec/at-spi-bus-launcher")
 
 
@@ -106,6 +109,12 @@ class ReaderTest(desktop.DesktopTest):
         self.assertEqual(self.ask("act", element.path, action), [True], element)
         return element
 
+    def bring(self, name, role):
+        """Into view, by giving it the keyboard."""
+        wanted = next(one for one in self.tree().all() if (one.role, one.name) == (role, name))
+        self.assertEqual(self.ask("focus", wanted.path), [True], wanted)
+        self.find(name, role)
+
     def names(self, role=None):
         return [one.name for one in self.showing(role=role)]
 
@@ -117,17 +126,6 @@ class ReaderTest(desktop.DesktopTest):
 
     def type_text(self, text):
         self.xdotool("type", "--delay", "1", text)
-
-    def press_key(self, key):
-        """Pressed; and the element that has the keyboard afterwards, once that is another one."""
-        before = [one.path for one in self.focused()]
-        self.xdotool("key", key)
-        end = time.monotonic() + 2
-        while time.monotonic() < end:
-            now = self.focused()
-            if now and [one.path for one in now] != before:
-                return now[0]
-        return now[0] if now else None
 
     # What is beside the application on a desktop.
 
@@ -159,3 +157,26 @@ class ReaderTest(desktop.DesktopTest):
         """What is stored of the settings."""
         path = pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "Corvane" / "defaults.json"
         return json.loads(path.read_bytes()) if path.exists() else {}
+
+    def prepare_voices(self):
+        """Two processed meetings with the same voices, the first of them named and known."""
+        self.tone("first.wav")
+        self.tone("second.wav")
+        meetings = []
+        for name in ("first.wav", "second.wav"):
+            meetings.append(self.ctl_json("import", self.home / name)[0]["id"])
+            self.ctl("process", meetings[-1], "--wait")
+        self.ctl("profiles", "create", "Ann")
+        self.ctl("speaker", meetings[0], "SPEAKER_00", "--profile", "Ann")
+        self.ctl("profiles", "matching", "on")
+        self.ctl("match", meetings[1])
+        return meetings[1]
+
+    def tone(self, name):
+        path = self.home / name
+        one_second = array.array("h", (round(16000 * math.sin(2 * math.pi * TONE * i / 48000)) for i in range(48000)))
+        with wave.open(str(path), "wb") as file:
+            file.setnchannels(1)
+            file.setsampwidth(2)
+            file.setframerate(48000)
+            file.writeframes(one_second.tobytes() * 60)

@@ -2,19 +2,16 @@
 
 import array
 import json
-import math
 import pathlib
 import re
 import subprocess
 import unittest
-import wave
 
 import screen_reader
 import sound
 import support
 
 READER = "/usr/share/pocketsphinx/test/data/librivox/sense_and_sensibility_01_austen_64kb-0880.wav"
-TONE = 700  # hertz
 PROMPTER = "/usr/share/asterisk/sounds/en_US_f_Allison/vm-intro.g722"
 
 
@@ -117,30 +114,6 @@ class Walk(screen_reader.ReaderTest):
         self.wait_for(lambda: self.defaults().get("defaultDiarizationEnabled") is False, "the setting to be stored")
         self.wait_until_gone("Speakers", "combo box")
 
-    def prepare_voices(self):
-        """Two processed meetings with the same voices, the first of them named and known."""
-        self.set_up()
-        self.tone("first.wav")
-        self.tone("second.wav")
-        meetings = []
-        for name in ("first.wav", "second.wav"):
-            meetings.append(self.ctl_json("import", self.home / name)[0]["id"])
-            self.ctl("process", meetings[-1], "--wait")
-        self.ctl("profiles", "create", "Ann")
-        self.ctl("speaker", meetings[0], "SPEAKER_00", "--profile", "Ann")
-        self.ctl("profiles", "matching", "on")
-        self.ctl("match", meetings[1])
-        return meetings[1]
-
-    def tone(self, name):
-        path = self.home / name
-        second = array.array("h", (round(16000 * math.sin(2 * math.pi * TONE * i / 48000)) for i in range(48000)))
-        with wave.open(str(path), "wb") as file:
-            file.setnchannels(1)
-            file.setsampwidth(2)
-            file.setframerate(48000)
-            file.writeframes(second.tobytes() * 60)
-
     def heard(self):
         """Of the tone, in what the loudspeaker gets in half a second."""
         recorder = subprocess.Popen(["parec", "--device=speaker.monitor", "--format=s16le", "--rate=48000",
@@ -149,9 +122,10 @@ class Walk(screen_reader.ReaderTest):
         self.addCleanup(self.end, recorder)
         samples = array.array("h", recorder.stdout.read(48000))
         recorder.kill()
-        return sound.amplitude([value / 32768 for value in samples], TONE) > 0.3
+        return sound.amplitude([value / 32768 for value in samples], screen_reader.TONE) > 0.3
 
     def test_from_a_known_voice_to_every_page(self):
+        self.set_up()
         meeting = self.prepare_voices()
         process = self.start("corvane", "--show")
         self.act(re.compile("second, .*"), "list item")
