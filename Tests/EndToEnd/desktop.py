@@ -55,11 +55,11 @@ class DesktopTest(sound.SoundTest):
         self.wait_for(lambda: text in self.tray("menu"), text)
         self.assertEqual(self.tray("choose", text), [True])
 
-    def set_up(self):
+    def set_up(self, **settings):
         """As if the setup were done."""
         directory = pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "Corvane"
         directory.mkdir(parents=True, exist_ok=True)
-        (directory / "defaults.json").write_text(json.dumps({"setupCompleted": True}))
+        (directory / "defaults.json").write_text(json.dumps({"setupCompleted": True} | settings))
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, capture_output=True, text=True,

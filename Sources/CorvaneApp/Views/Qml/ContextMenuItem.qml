@@ -20,7 +20,10 @@ T.MenuItem {
 
     Accessible.role: isDivider ? Accessible.Separator : Accessible.MenuItem
     Accessible.name: text
-    Accessible.onPressAction: item.triggered()
+    Accessible.onPressAction: {
+        item.menu?.dismiss();
+        item.triggered();
+    }
 
     contentItem: RowLayout {
         id: row

@@ -74,6 +74,10 @@ FocusScope {
         }
     }
 
+    FocusFollower {
+        view: list
+    }
+
     FloatingControls {
         id: controls
 

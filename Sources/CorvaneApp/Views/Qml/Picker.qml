@@ -91,6 +91,9 @@ T.ComboBox {
         hoverEnabled: true
         Accessible.role: Accessible.ListItem
         Accessible.name: modelData.text
+        Accessible.selectable: true
+        Accessible.selected: control.currentIndex === index
+        Accessible.onPressAction: choice.clicked()
 
         contentItem: Text {
             leftPadding: Theme.small

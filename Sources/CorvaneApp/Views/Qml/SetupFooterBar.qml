@@ -14,6 +14,8 @@ RowLayout {
     }
 
     spacing: Theme.small
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: qsTr("Setup")
 
     ActionButton {
         text: qsTr("Back")

@@ -119,16 +119,17 @@ Rectangle {
             color: Theme.line
         }
         Repeater {
-            model: root.sidebar.footerButtons
+            // Their number, so that one that is pressed stays the same one and keeps the keyboard.
+            model: root.sidebar.footerButtons.length
 
             SidebarFooterRow {
-                required property var modelData
+                required property int index
 
                 Layout.fillWidth: true
                 Layout.topMargin: Theme.tight
                 Layout.bottomMargin: Theme.tight
-                entry: modelData
-                onClicked: root.sidebar.selectFooterItem(modelData.item)
+                entry: root.sidebar.footerButtons[index]
+                onClicked: root.sidebar.selectFooterItem(entry.item)
             }
         }
     }

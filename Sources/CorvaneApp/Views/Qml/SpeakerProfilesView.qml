@@ -35,6 +35,10 @@ FocusScope {
         }
     }
 
+    FocusFollower {
+        view: list
+    }
+
     AlertDialog {
         parent: T.Overlay.overlay
         visible: root.page.isAskingDeletion

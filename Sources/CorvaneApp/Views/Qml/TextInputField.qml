@@ -6,6 +6,7 @@ T.TextField {
     id: control
 
     property string accessibleName
+    readonly property string spokenName: accessibleName !== "" ? accessibleName : placeholderText
     property bool isSecret: false
     property bool isBare: false // a frame only while it is used: for a title
 
@@ -24,13 +25,12 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
     hoverEnabled: true
-    // Tells assistive technology too; saying so in so many words costs the field its name there.
     echoMode: isSecret ? TextInput.Password : TextInput.Normal
     inputMethodHints: isSecret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase : Qt.ImhNone
     opacity: enabled ? 1 : Theme.disabledOpacity
 
     Accessible.role: Accessible.EditableText
-    Accessible.name: accessibleName !== "" ? accessibleName : placeholderText
+    Accessible.name: spokenName
     Accessible.focusable: true
 
     Text {

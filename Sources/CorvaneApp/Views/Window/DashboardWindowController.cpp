@@ -57,10 +57,11 @@ void DashboardWindowController::setWhenClosed(WhenClosed whenClosed) {
 
 bool DashboardWindowController::make() {
     m_engine = makeViewEngine();
-    m_windowModel = std::make_unique<MainWindowModel>(
+    auto windowModel = std::make_unique<MainWindowModel>(
         m_model, *m_clock, [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
-    connect(m_windowModel->detail(), &MeetingDetailModel::importRequested, this,
+    connect(windowModel->detail(), &MeetingDetailModel::importRequested, this,
             &DashboardWindowController::importRequested);
+    m_windowModel = std::move(windowModel);
 
     QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/MainWindow.qml")));
     QObject* made = component.createWithInitialProperties(
@@ -84,15 +85,15 @@ bool DashboardWindowController::make() {
 }
 
 bool DashboardWindowController::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Close) {
-        QQuickWindow& window = *m_window;
-        m_appearance.rememberWindow(window.size(), window.visibility() == QWindow::Maximized);
+    QQuickWindow* const window = m_window;
+    if (window && event->type() == QEvent::Close) {
+        m_appearance.rememberWindow(window->size(), window->visibility() == QWindow::Maximized);
         if (m_whenClosed == WhenClosed::minimize) {
             event->ignore();
-            window.showMinimized();
+            window->showMinimized();
         } else {
             event->accept();
-            window.hide();
+            window->hide();
         }
         Q_EMIT closed();
         return true;

@@ -1,5 +1,6 @@
 #include "CorvaneApp/Views/Window/ViewEngine.h"
 
+#include "CorvaneApp/Views/Window/ControlAccessibility.h"
 #include "CorvaneApp/Views/Window/RenderBackend.h"
 #include "CorvaneApp/Views/Window/SymbolImageProvider.h"
 
@@ -16,6 +17,7 @@ namespace corvane {
 std::unique_ptr<QQmlEngine> makeViewEngine() {
     [[maybe_unused]] static const bool isPrepared = [] {
         takeViews();
+        installControlAccessibility();
         chooseRenderBackend();
         qt_set_sequence_auto_mnemonic(false); // a "&" in a label or a person's name is no shortcut
         return true;
