@@ -58,6 +58,18 @@ bool hasDisplay() {
     return false;
 }
 
+QtMessageHandler ordinaryMessages = nullptr;
+
+// The toolkit would end the process like a crash, with the advice to install it anew.
+void tellMissingDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (type != QtFatalMsg) {
+        ordinaryMessages(type, context, text);
+        return;
+    }
+    complain(QStringLiteral("the display cannot be used; corvanectl works without one"));
+    ::_exit(EXIT_FAILURE);
+}
+
 // Taken out of the environment: they are good for one window of this start, and no program started later is meant.
 QString taken(const char* variable) {
     QString value = qEnvironmentVariable(variable);
@@ -90,7 +102,9 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
     QCoreApplication::setApplicationName(QStringLiteral("Corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
+    ordinaryMessages = qInstallMessageHandler(tellMissingDisplay);
     const QApplication toolkit(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("corvane"), QIcon(QStringLiteral(":/corvane.svg"))));
     QApplication::setQuitOnLastWindowClosed(false);
     const TerminationSignals signals;
