@@ -145,7 +145,7 @@ class Application(desktop.DesktopTest):
         process = self.start_in_tray()
         self.record()
         meeting = next(self.root.glob("meetings/*")).name
-        self.sound_before(meeting, 1800)
+        self.sound_before(meeting, 900)
         process.send_signal(signal.SIGTERM)
         self.wait_for(lambda: (self.root / "recordings" / (meeting + "-mix")).exists(), "the joining")
         self.interrupt(process, signal.SIGTERM)
