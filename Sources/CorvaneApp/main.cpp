@@ -60,6 +60,18 @@ bool hasDisplay() {
     return false;
 }
 
+QtMessageHandler ordinaryMessages = nullptr;
+
+// The toolkit would end the process like a crash, with the advice to install it anew.
+void tellMissingDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (type != QtFatalMsg) {
+        ordinaryMessages(type, context, text);
+        return;
+    }
+    complain(QStringLiteral("the display cannot be used; corvanectl works without one"));
+    ::_exit(EXIT_FAILURE);
+}
+
 // Taken out of the environment: they are good for one window of this start, and no program started later is meant.
 QString taken(const char* variable) {
     QString value = qEnvironmentVariable(variable);
@@ -99,7 +111,9 @@ int runApplication(const Start& start, const AppPaths& paths, AppServices servic
     QCoreApplication::setApplicationName(QStringLiteral("Corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
+    ordinaryMessages = qInstallMessageHandler(tellMissingDisplay);
     const QApplication toolkit(start.argc, start.argv);
+    qInstallMessageHandler(nullptr);
     const Translations translations(start.languages);
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("corvane"), QIcon(QStringLiteral(":/corvane.svg"))));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -198,7 +198,7 @@ class Application(desktop.DesktopTest):
         process = self.start_in_tray()
         self.record()
         meeting = next(self.root.glob("meetings/*")).name
-        self.sound_before(meeting, 1800)
+        self.sound_before(meeting, 900)
         process.send_signal(signal.SIGTERM)
         self.wait_for(lambda: (self.root / "recordings" / (meeting + "-mix")).exists(), "the joining")
         self.interrupt(process, signal.SIGTERM)
@@ -214,6 +214,9 @@ class WithoutADesktop(support.EndToEndTest):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no display", result.stderr)
         self.assertIn(b"Usage: corvane", self.run_program("corvane", "--help").stdout)
+        elsewhere = self.run_program("corvane", DISPLAY=":999")
+        self.assertEqual(elsewhere.returncode, 1)
+        self.assertIn(b"corvane: the display cannot be used; corvanectl works without one\n", elsewhere.stderr)
         self.assertRegex(self.run_program("corvane", "--version").stdout, rb"^corvane \d+\.\d+\.\d+\n$")
         wrong = self.run_program("corvane", "--nonsense")
         self.assertEqual((wrong.returncode, b"--nonsense" in wrong.stderr), (1, True))
