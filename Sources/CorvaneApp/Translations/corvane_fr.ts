@@ -1001,6 +1001,10 @@
         <source>Finish Setup</source>
         <translation>Terminer la configuration</translation>
     </message>
+    <message>
+        <source>Setup</source>
+        <translation>Configuration</translation>
+    </message>
 </context>
 <context>
     <name>SetupHuggingFacePage</name>
@@ -1256,6 +1260,10 @@
     <message>
         <source>Show in File Manager</source>
         <translation>Afficher dans le gestionnaire de fichiers</translation>
+    </message>
+    <message>
+        <source>Ready for a meeting</source>
+        <translation>Prêt pour une réunion</translation>
     </message>
 </context>
 <context>
