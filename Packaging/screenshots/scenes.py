@@ -30,7 +30,7 @@ def meetings(app, shoot):
     app.press(FESTIVAL, ROW)
     app.find("Transcript ready")
     shoot("meeting")
-    app.scroll(9)
+    app.scroll(4)
     shoot("meeting-speakers")
     app.scroll(40)
     shoot("meeting-transcript")
