@@ -8,8 +8,8 @@ import screen_reader
 import sound
 
 WITHOUT_MEANING = {"", "unknown", "filler", "invalid", "invalid role", "redundant object", "panel"}
-SPEAKING = {"push button", "toggle button", "check box", "combo box", "text", "password text", "slider", "spin box",
-            "progress bar", "link", "menu item", "list item", "list", "dialog", "alert", "notification"}
+SPEAKING = {"push button", "button menu", "toggle button", "check box", "combo box", "text", "password text", "slider",
+            "spin box", "progress bar", "link", "menu item", "list item", "list", "dialog", "alert", "notification"}
 
 
 class AccessibleTree(screen_reader.ReaderTest):
@@ -81,7 +81,7 @@ class AccessibleTree(screen_reader.ReaderTest):
         for title in ("Processing Details", re.compile("Processing, .*")):
             self.act(title, "push button")
         self.check("Transcript ready")
-        self.bring("Profiles", "push button")
+        self.bring("Profiles", "button menu")
         self.act("Profiles")
         self.check("Create Profile From This Voice", "menu item")
         self.act("Create Profile From This Voice")

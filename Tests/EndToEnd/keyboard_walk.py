@@ -11,7 +11,8 @@ import support
 
 DATABASE = "0123456789abcdef0123456789abcdef"
 TOKEN = "secret_x"
-REACHED_BY_TAB = {"push button", "check box", "combo box", "text", "password text", "slider", "spin box"}
+REACHED_BY_TAB = {"push button", "button menu", "link", "check box", "combo box", "text", "password text", "slider",
+                  "spin box"}
 
 
 class KeyboardWalk(screen_reader.ReaderTest):

@@ -111,7 +111,9 @@ class ReaderTest(desktop.DesktopTest):
 
     def bring(self, name, role):
         """Into view, by giving it the keyboard."""
-        wanted = next(one for one in self.tree().all() if (one.role, one.name) == (role, name))
+        wanted = next((one for one in self.tree().all() if (one.role, one.name) == (role, name)), None)
+        if wanted is None:
+            self.fail(f"there is no {role} '{name}' in\n{self.tree().outline()}")
         self.assertEqual(self.ask("focus", wanted.path), [True], wanted)
         self.find(name, role)
 

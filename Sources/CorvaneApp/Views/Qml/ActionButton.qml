@@ -5,6 +5,7 @@ import QtQuick.Templates as T
 T.Button {
     id: control
 
+    property int spokenRole: Accessible.Button
     property string symbolName
     property string helpText
     property string accessibleName
@@ -38,7 +39,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     opacity: enabled || isProminent ? 1 : Theme.disabledOpacity
 
-    Accessible.role: Accessible.Button
+    Accessible.role: spokenRole
     Accessible.name: accessibleName !== "" ? accessibleName : (text !== "" ? text : helpText)
     Accessible.description: helpText
     Accessible.focusable: true

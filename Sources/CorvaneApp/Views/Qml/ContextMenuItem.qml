@@ -8,6 +8,7 @@ T.MenuItem {
     property string symbolName
     property bool isDestructive: false
     property bool isDivider: false // a line between others, which cannot be reached
+    readonly property int spokenRole: isDivider ? Accessible.Separator : Accessible.MenuItem
     readonly property color tone: isDestructive ? Theme.negative : Theme.text
 
     implicitHeight: !visible ? 0 : isDivider ? Theme.small + Theme.hair : Theme.controlHeight
@@ -18,7 +19,7 @@ T.MenuItem {
     hoverEnabled: true
     activeFocusOnTab: enabled
 
-    Accessible.role: isDivider ? Accessible.Separator : Accessible.MenuItem
+    Accessible.role: spokenRole
     Accessible.name: text
     Accessible.onPressAction: {
         item.menu?.dismiss();

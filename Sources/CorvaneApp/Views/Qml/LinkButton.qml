@@ -5,6 +5,8 @@ import QtQuick.Templates as T
 T.AbstractButton {
     id: control
 
+    readonly property int spokenRole: Accessible.Link
+
     implicitWidth: words.implicitWidth + leftPadding + rightPadding
     implicitHeight: Theme.controlHeight
     leftPadding: Theme.tight
@@ -12,7 +14,7 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: Accessible.Link
+    Accessible.role: spokenRole
     Accessible.name: text
     Accessible.focusable: true
     Accessible.onPressAction: control.clicked()

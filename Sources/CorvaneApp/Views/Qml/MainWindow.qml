@@ -20,7 +20,7 @@ T.ApplicationWindow {
     color: Theme.window
     onActiveFocusItemChanged: {
         if (hasLostFocus())
-            Qt.callLater(takeUpFocus);
+            seeking.start();
         else
             rememberFocus();
     }
@@ -40,7 +40,14 @@ T.ApplicationWindow {
     }
     function rememberFocus() {
         lastFocused = activeFocusItem;
-        wasFocusShown = activeFocusItem !== null && activeFocusItem.visualFocus === true;
+        wasFocusShown = (activeFocusItem as T.Control)?.visualFocus ?? false;
+    }
+    // When what happens to the item has happened.
+    Timer {
+        id: seeking
+
+        interval: 0
+        onTriggered: window.takeUpFocus()
     }
     // Stays where it was, as near as it can, and begins no typing that nobody asked for.
     function takeUpFocus() {

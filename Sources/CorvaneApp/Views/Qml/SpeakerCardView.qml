@@ -123,7 +123,7 @@ Card {
             helpText: card.name ? card.name.profileMenu.helpText : ""
             enabled: card.name ? card.name.profileMenu.isEnabled : false
             isOpen: menu.visible
-            Accessible.role: Accessible.ButtonMenu
+            spokenRole: Accessible.ButtonMenu
             onClicked: menu.popup(profiles, 0, profiles.height + Theme.tight)
 
             ContextMenu {

@@ -2,6 +2,9 @@
 
 #include "CorvaneApp/Views/Window/TextFieldAccessibility.h"
 
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlProperty>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -13,13 +16,9 @@ namespace corvane {
 
 namespace {
 
-// Qt has no public way to the attached properties but that they are a child of what they are attached to. A control has
-// some of its own beside those of its view, which have the role.
-QObject* accessibleProperties(const QObject& item) {
-    const auto found = std::ranges::find_if(item.children(), [](const QObject* child) {
-        return child->inherits("QQuickAccessibleAttached") && child->property("role").toInt() != QAccessible::NoRole;
-    });
-    return found == item.children().end() ? nullptr : *found;
+// What the view attached, looked for as the view would: a control may have more of the kind, which are its own.
+QObject* accessibleProperties(QQuickItem& item) {
+    return QQmlProperty(&item, QStringLiteral("Accessible.role"), qmlContext(&item)).object();
 }
 
 QAccessibleInterface* makeControlAccessibility(const QString&, QObject* object) {
@@ -74,7 +73,9 @@ QRect ControlAccessibility::rect() const {
 }
 
 QAccessible::Role ControlAccessibility::role() const {
-    return static_cast<QAccessible::Role>(attached("role").toInt());
+    // The toolkit puts its own role for the kind of control over what the view attached.
+    const QVariant own = item().property("spokenRole");
+    return static_cast<QAccessible::Role>(own.isValid() ? own.toInt() : attached("role").toInt());
 }
 
 QAccessible::State ControlAccessibility::state() const {

@@ -11,7 +11,8 @@ class QQuickItem;
 
 namespace corvane {
 
-// From now on for every control: a button, switch, slider, choice or text field.
+// From now on for every control: a button, switch, slider, choice or text field. Where it is of another role than its
+// kind, it has that as a property spokenRole.
 void installControlAccessibility();
 
 class ControlAccessibility : public QAccessibleObject,
