@@ -68,19 +68,20 @@ bool DashboardWindowController::make() {
         {{QStringLiteral("app"), QVariant::fromValue<QObject*>(m_windowModel.get())},
          {QStringLiteral("preferences"), QVariant::fromValue<QObject*>(&m_appearance)},
          {QStringLiteral("quit"), QVariant::fromValue<QObject*>(&m_quit)}});
-    m_window = qobject_cast<QQuickWindow*>(made);
-    if (!m_window) {
+    auto* const window = qobject_cast<QQuickWindow*>(made);
+    if (window == nullptr) {
         delete made;
         std::cerr << "corvane: the window cannot be made: " << component.errorString().toStdString() << std::endl;
         return false;
     }
+    m_window = window;
     if (m_appearance.windowSize().isValid())
-        m_window->resize(m_appearance.windowSize().expandedTo(m_window->minimumSize()));
-    const QRect available = m_window->screen()->availableGeometry();
-    QRect frame({}, m_window->size().boundedTo(available.size()));
+        window->resize(m_appearance.windowSize().expandedTo(window->minimumSize()));
+    const QRect available = window->screen()->availableGeometry();
+    QRect frame({}, window->size().boundedTo(available.size()));
     frame.moveCenter(available.center());
-    m_window->setPosition(frame.topLeft());
-    m_window->installEventFilter(this);
+    window->setPosition(frame.topLeft());
+    window->installEventFilter(this);
     return true;
 }
 
