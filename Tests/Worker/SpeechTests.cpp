@@ -1,7 +1,7 @@
 #include "Support/PrintQt.h"
 
 #include "CorvaneWorker/Speech/FrameLevels.h"
-#include "CorvaneWorker/Speech/SpeechModel.h"
+#include "CorvaneWorker/Recognition/SpeechModel.h"
 #include "CorvaneWorker/Speech/VoiceActivity.h"
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
 #include "CorvaneWorker/WorkerError.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace corvane {
 
@@ -14,29 +15,6 @@ constexpr double shortestExampleSeconds = 2.0;
 constexpr double longestExampleSeconds = 8.0;
 
 using Words = std::span<const RecognizedWord>;
-
-// Words and turns both go forward in time; `from` remembers where the last search began.
-int speakerOf(const RecognizedWord& word, std::span<const SpeakerTurn> turns, std::size_t& from) {
-    if (turns.empty())
-        return 0;
-    while (from + 1 < turns.size() && turns[from].end <= word.start)
-        ++from;
-    const std::size_t first = from > 0 ? from - 1 : 0;
-    int speaker = turns[first].speaker;
-    double best = -1e9;
-    for (std::size_t index = first; index < turns.size(); ++index) {
-        const SpeakerTurn& turn = turns[index];
-        // Negative where they are apart: then the nearest wins.
-        const double overlap = std::min(turn.end, word.end) - std::max(turn.start, word.start);
-        if (overlap > best) {
-            best = overlap;
-            speaker = turn.speaker;
-        }
-        if (turn.start > word.end)
-            break;
-    }
-    return speaker;
-}
 
 QString textOf(Words words) {
     QStringList parts;
@@ -106,20 +84,16 @@ QString speakerLabel(int number) {
     return QStringLiteral("SPEAKER_%1").arg(number, 2, 10, QLatin1Char('0'));
 }
 
-std::vector<TranscriptSegment> assembleSegments(std::span<const RecognizedWord> words,
-                                                std::span<const SpeakerTurn> turns) {
-    std::vector<int> speakers;
-    std::size_t from = 0;
-    for (const RecognizedWord& word : words)
-        speakers.push_back(speakerOf(word, turns, from));
+std::vector<TranscriptSegment> assembleSegments(std::span<const RecognizedWord> words) {
     std::map<int, QString> labels;
     std::vector<TranscriptSegment> segments;
     for (std::size_t begin = 0, end = 0; begin < words.size(); begin = end) {
         end = begin + 1;
-        while (end < words.size() && speakers[end] == speakers[begin] &&
+        while (end < words.size() && words[end].speaker == words[begin].speaker &&
                words[end].start - words[end - 1].end < pauseSeconds)
             ++end;
-        const auto label = labels.try_emplace(speakers[begin], speakerLabel(static_cast<int>(labels.size()))).first;
+        const auto label =
+            labels.try_emplace(words[begin].speaker, speakerLabel(static_cast<int>(labels.size()))).first;
         appendSegments(segments, words.subspan(begin, end - begin), label->second);
     }
     return segments;
