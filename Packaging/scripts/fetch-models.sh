@@ -41,6 +41,12 @@ mkdir -p "$target"
 work=$(mktemp -d "$target/.fetch.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
+# fingerprint_of FILE: as npm writes it.
+fingerprint_of() {
+    python3 -c 'import base64, hashlib, sys
+print("sha512-" + base64.b64encode(hashlib.sha512(open(sys.argv[1], "rb").read()).digest()).decode())' "$1"
+}
+
 # fetch NAME: the archive of that package, verified, unpacked into $work/unpacked/NAME.
 fetch() {
     local name=$1 line package fingerprint archive
@@ -56,7 +62,7 @@ fetch() {
         die "npm could not fetch $package."
     }
     archive=$(find "$work/archives/$name" -name '*.tgz')
-    [ "sha512-$(openssl dgst -sha512 -binary "$archive" | base64 -w 0)" = "$fingerprint" ] ||
+    [ "$(fingerprint_of "$archive")" = "$fingerprint" ] ||
         die "$package is not what it was when it was chosen: its fingerprint differs from the one in $list."
     tar -xzf "$archive" -C "$unpacked" --strip-components=1
     rm "$archive"

@@ -2,6 +2,7 @@
 
 #include "CorvaneWorker/Audio/SampleStore.h"
 #include "CorvaneWorker/Models/InferenceRuntime.h"
+#include "CorvaneWorker/Run/Log.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <QFile>
@@ -121,22 +122,53 @@ private:
     const SherpaOnnxOfflineRecognizer* m_recognizer;
 };
 
+QString damaged(const RecognitionModel& model) {
+    return QStringLiteral("The speech model “%1” is damaged or of a kind that this worker does not know.")
+        .arg(model.name);
+}
+
+// The library takes any text for a list of tokens, and then recognises nothing.
+bool hasTokens(const QString& file) {
+    constexpr int fewest = 10;
+    QFile tokens(file);
+    if (!tokens.open(QIODevice::ReadOnly))
+        return false;
+    int count = 0;
+    while (count < fewest && !tokens.atEnd()) {
+        bool numbered = false;
+        (void)tokens.readLine().trimmed().split(' ').constLast().toInt(&numbered);
+        if (!numbered)
+            return false;
+        ++count;
+    }
+    return count == fewest;
+}
+
+using RecognizerHandle =
+    std::unique_ptr<const SherpaOnnxOfflineRecognizer, void (*)(const SherpaOnnxOfflineRecognizer*)>;
+
+RecognizerHandle load(const InferenceRuntime& runtime, const RecognitionModel& model, const QString& language) {
+    RecognizerHandle handle(nullptr, runtime.destroyRecognizer);
+    // Exceptions of the library come through its C interface.
+    try {
+        if (hasTokens(model.tokens))
+            handle.reset(runtime.createRecognizer(Configuration(model, language).get()));
+    } catch (const std::exception& error) {
+        logLine(QString::fromUtf8(error.what()));
+    }
+    if (!handle)
+        throw WorkerError(damaged(model));
+    return handle;
+}
+
 class NetworkEngine : public RecognitionEngine {
 public:
     NetworkEngine(const InferenceRuntime& runtime, const RecognitionModel& model, const QString& language)
-        : m_runtime(runtime),
-          m_name(model.name),
-          m_recognizer(runtime.createRecognizer(Configuration(model, language).get()), runtime.destroyRecognizer) {
-        if (!m_recognizer)
-            throw WorkerError(crashText());
-    }
+        : m_runtime(runtime), m_model(model), m_recognizer(load(runtime, model, language)) {}
 
     QString engineName() const override { return QStringLiteral("sherpa-onnx ") + inferenceRuntimeVersion(); }
-    QString modelName() const override { return m_name; }
-    QString crashText() const override {
-        return QStringLiteral("The speech model “%1” is damaged or of a kind that this worker does not know.")
-            .arg(m_name);
-    }
+    QString modelName() const override { return m_model.name; }
+    QString crashText() const override { return damaged(m_model); }
 
     // The library decodes several streams of one recogniser at once.
     std::unique_ptr<RegionRecognizer> recognizer() const override {
@@ -145,8 +177,8 @@ public:
 
 private:
     const InferenceRuntime& m_runtime;
-    QString m_name;
-    std::unique_ptr<const SherpaOnnxOfflineRecognizer, void (*)(const SherpaOnnxOfflineRecognizer*)> m_recognizer;
+    RecognitionModel m_model;
+    RecognizerHandle m_recognizer;
 };
 
 QStringList wordsOf(const QString& text) {
