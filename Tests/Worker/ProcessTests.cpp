@@ -239,8 +239,8 @@ TEST_F(Process, ADamagedNetworkIsNamed) {
         }
         QFile::remove(model + u'/' + damaged);
         writeFileAtomically(model + u'/' + damaged, damaged == files.last()
-                                                             ? QByteArray("no tokens\n")
-                                                             : readFile(installed + damaged).value().left(100000));
+                                                        ? QByteArray("no tokens\n")
+                                                        : readFile(installed + damaged).value().left(100000));
         const QString run = path(u"damaged"_s);
         QProcess process;
         auto environment = QProcessEnvironment::systemEnvironment();

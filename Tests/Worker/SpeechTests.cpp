@@ -82,22 +82,36 @@ TEST(Segments, BreakAtPausesAndWhereTheSpeakerChanges) {
     const std::vector<RecognizedWord> words{word(1.0, 1.4, "well", 7), word(1.4, 1.6, "i", 7),
                                             word(1.7, 2.0, "know", 7), word(2.0, 2.4, "yes", 3),
                                             word(3.1, 3.5, "i'm", 3),  word(3.5, 4.0, "here", 3)};
-    const auto segments = assembleSegments(words);
-    EXPECT_THAT(segments, ElementsAre(TranscriptSegment{1.0, 2.0, u"Well I know"_s, u"SPEAKER_00"_s},
-                                      TranscriptSegment{2.0, 2.4, u"Yes"_s, u"SPEAKER_01"_s},
-                                      TranscriptSegment{3.1, 4.0, u"I'm here"_s, u"SPEAKER_01"_s}));
+    const auto segments = assembleSegments(words, Spelling::BareWords);
+    EXPECT_THAT(segments, ElementsAre(TranscriptSegment{1.0, 2.0, u"Well I know."_s, u"SPEAKER_00"_s},
+                                      TranscriptSegment{2.0, 2.4, u"Yes."_s, u"SPEAKER_01"_s},
+                                      TranscriptSegment{3.1, 4.0, u"I'm here."_s, u"SPEAKER_01"_s}));
     const auto speakers = summarizeSpeakers(segments);
     ASSERT_EQ(speakers.size(), 2U);
     EXPECT_DOUBLE_EQ(speakers[1].duration, 1.3);
-    EXPECT_EQ(speakers[1].examples.front().text, u"I'm here"_s);
-    EXPECT_THAT(assembleSegments({}), IsEmpty());
+    EXPECT_EQ(speakers[1].examples.front().text, u"I'm here."_s);
+    EXPECT_THAT(assembleSegments({}, Spelling::Sentences), IsEmpty());
+}
+
+TEST(Segments, AreWrittenAsSentences) {
+    const auto textOf = [](const QString& text, Spelling spelling) {
+        std::vector<RecognizedWord> words;
+        for (const QString& part : text.split(u' '))
+            words.push_back({static_cast<double>(words.size()), static_cast<double>(words.size()) + 1, part});
+        return assembleSegments(words, spelling).front().text;
+    };
+    EXPECT_EQ(textOf(u"where did he go"_s, Spelling::BareWords), u"Where did he go?"_s);
+    // Two pieces each, recognised apart.
+    EXPECT_EQ(textOf(u"We have a set Of sounds."_s, Spelling::Sentences), u"We have a set of sounds."_s);
+    EXPECT_EQ(textOf(u"All are busy. please ask Of Anna."_s, Spelling::Sentences),
+              u"All are busy. Please ask of Anna."_s);
 }
 
 TEST(Segments, ALongTalkIsCutAndItsExamplesAreSpread) {
     std::vector<RecognizedWord> words;
     for (int index = 0; index < 600; ++index)
         words.push_back(word(index * 0.5, index * 0.5 + (index % 8 == 7 ? 0.3 : 0.5), "so"));
-    const auto segments = assembleSegments(words);
+    const auto segments = assembleSegments(words, Spelling::BareWords);
     std::size_t count = 0;
     for (const auto& segment : segments) {
         EXPECT_LE(segment.end - segment.start, 25.0);

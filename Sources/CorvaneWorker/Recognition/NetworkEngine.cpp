@@ -168,6 +168,11 @@ public:
 
     QString engineName() const override { return QStringLiteral("sherpa-onnx ") + inferenceRuntimeVersion(); }
     QString modelName() const override { return m_model.name; }
+    Spelling spelling() const override {
+        const bool bare = m_model.kind == Kind::Transducer || m_model.kind == Kind::ZipformerCtc ||
+                          m_model.kind == Kind::WenetCtc || m_model.kind == Kind::Paraformer;
+        return bare ? Spelling::BareWords : Spelling::Sentences;
+    }
     QString crashText() const override { return damaged(m_model); }
 
     // The library decodes several streams of one recogniser at once.
@@ -229,12 +234,16 @@ QString withoutLoops(const QString& text) {
     const QStringList words = wordsOf(text);
     QStringList kept;
     for (qsizetype index = 0; index < words.size();) {
-        qsizetype skipped = 0;
-        for (qsizetype length = 1; length <= longestLoop && skipped == 0; ++length)
-            if (const qsizetype count = repeats(words, index, length); count > mostRepeats)
-                skipped = (count - 1) * length;
-        index += skipped;
-        kept << words[index++];
+        qsizetype once = 1;
+        qsizetype passed = 1;
+        for (qsizetype length = 1; length <= longestLoop; ++length)
+            if (const qsizetype count = repeats(words, index, length); count > mostRepeats) {
+                once = length;
+                passed = count * length;
+                break;
+            }
+        kept << words.mid(index, once);
+        index += passed;
     }
     return kept.join(QLatin1Char(' '));
 }

@@ -25,6 +25,7 @@ public:
 
     QString engineName() const override { return QStringLiteral("PocketSphinx"); }
     QString modelName() const override { return m_model.name; }
+    Spelling spelling() const override { return Spelling::BareWords; }
     QString crashText() const override {
         return QStringLiteral(
             "The speech model is damaged and cannot be used. Reinstall the package pocketsphinx-en-us.");

@@ -4,6 +4,7 @@
 
 #include "CorvaneWorker/Recognition/RecognizedWord.h"
 #include "CorvaneWorker/Recognition/SpeechRegions.h"
+#include "CorvaneWorker/Recognition/Spelling.h"
 
 #include <QString>
 
@@ -35,6 +36,8 @@ public:
 
     // How the recording is best cut for it.
     [[nodiscard]] virtual RegionLimits regionLimits() const { return {}; }
+
+    [[nodiscard]] virtual Spelling spelling() const = 0;
 
     // What a user reads if the process dies inside of this engine.
     [[nodiscard]] virtual QString crashText() const = 0;

@@ -121,7 +121,7 @@ private:
     void finish() {
         TranscriptResult result;
         result.metadata = metadata();
-        result.segments = assembleSegments(m_words);
+        result.segments = assembleSegments(m_words, m_choice.engine->spelling());
         result.speakers = summarizeSpeakers(result.segments);
         const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
         const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
