@@ -71,7 +71,7 @@ std::size_t printNetworks() {
     }
     if (networks.empty())
         printMissing(QStringLiteral("a neural recogniser. The worker takes PocketSphinx instead, which knows English "
-                                    "only and makes many more mistakes."));
+                                    "only."));
     return networks.size();
 }
 
