@@ -29,8 +29,8 @@ std::vector<TranscriptSegment> talk() {
             {6, 9, u"会議は月曜日に始まります。"_s, u"SPEAKER_01"_s}};
 }
 
-LanguageSettings settingsFor(const FakeOllama& ollama, int seconds = 20) {
-    return {LanguageModelUse::Ollama, QUrl(ollama.endpoint()), u"qwen3:1.7b"_s, std::chrono::seconds(seconds), 4096};
+LanguageSettings settingsFor(const FakeOllama& ollama, std::chrono::milliseconds timeout = std::chrono::seconds(20)) {
+    return {LanguageModelUse::Ollama, QUrl(ollama.endpoint()), u"qwen3:1.7b"_s, timeout, 4096};
 }
 
 LanguageQuestion question() {
@@ -124,7 +124,7 @@ TEST(Ollama, IsNotWaitedForLongerThanAllowed) {
     for (const auto& [manner, words] : cases) {
         FakeOllama ollama;
         ollama.say(goodAnswer, manner);
-        OllamaModel model(settingsFor(ollama, 1));
+        OllamaModel model(settingsFor(ollama, std::chrono::milliseconds(250)));
         EXPECT_THAT(refusal(model), HasSubstr(words));
     }
 }

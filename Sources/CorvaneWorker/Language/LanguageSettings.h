@@ -14,7 +14,7 @@ struct LanguageSettings {
     LanguageModelUse use = LanguageModelUse::Off;
     QUrl endpoint; // scheme, host, port and perhaps a path, without a slash at its end
     QString model;
-    std::chrono::seconds timeout{};
+    std::chrono::milliseconds timeout{};
     int contextTokens = 0; // of the question and the answer together
 };
 

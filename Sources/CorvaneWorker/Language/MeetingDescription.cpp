@@ -89,7 +89,7 @@ public:
         const int room =
             limits.contextTokens - m_answerTokens - messageTokens - estimatedTokens(instructions(Source::Descriptions));
         const auto readable = static_cast<int>(
-            std::min<std::int64_t>(tokensReadPerSecond * limits.patience.count(), limits.contextTokens));
+            std::min<std::int64_t>(tokensReadPerSecond * limits.patience.count() / 1000, limits.contextTokens));
         m_partTokens = std::max(leastPartTokens, std::min(room, readable));
     }
 

@@ -11,7 +11,7 @@ namespace corvane {
 
 struct DescriptionLimits {
     int contextTokens = 8192;          // of a question and its answer together
-    std::chrono::seconds patience{45}; // how long the model may read before its first word
+    std::chrono::milliseconds patience{45000}; // how long the model may read before its first word
 };
 
 // A meeting that does not fit into one question is read in parts, and the descriptions of the parts are described
