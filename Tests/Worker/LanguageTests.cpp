@@ -133,6 +133,8 @@ TEST(Ollama, AProxyOfTheEnvironmentHearsNothing) {
     FakeOllama ollama;
     FakeOllama proxy;
     ollama.say(goodAnswer);
+    for (const char* name : {"no_proxy", "NO_PROXY"})
+        qunsetenv(name);
     for (const char* name : {"http_proxy", "ALL_PROXY"})
         qputenv(name, proxy.endpoint().toUtf8());
     OllamaModel model(settingsFor(ollama));

@@ -10,7 +10,7 @@
 namespace corvane {
 
 struct DescriptionLimits {
-    int contextTokens = 8192;          // of a question and its answer together
+    int contextTokens = 8192;                  // of a question and its answer together
     std::chrono::milliseconds patience{45000}; // how long the model may read before its first word
 };
 
