@@ -10,6 +10,7 @@
 #include "CorvaneWorker/Recognition/Recognizer.h"
 #include "CorvaneWorker/Recognition/SpeechDecoder.h"
 #include "CorvaneWorker/Run/CrashNotice.h"
+#include "CorvaneWorker/Run/LanguageStep.h"
 #include "CorvaneWorker/Run/Log.h"
 #include "CorvaneWorker/Run/RunReporter.h"
 #include "CorvaneWorker/Run/SignalWatch.h"
@@ -45,10 +46,6 @@ public:
         decode(samples);
         separate(samples);
         recognize(samples);
-        if (qEnvironmentVariable("CORVANE_WORKER_LLM", QStringLiteral("off")) != QLatin1String("off"))
-            logLine(
-                QStringLiteral("%1 is set, but this worker has no language-model step.").arg(workerEnvironment::llm));
-        m_reporter.event(jobEvents::llmSkipped);
         finish();
     }
 
@@ -123,6 +120,7 @@ private:
         result.metadata = metadata();
         result.segments = assembleSegments(m_words, m_choice.engine->spelling());
         result.speakers = summarizeSpeakers(result.segments);
+        result.llm = languageStep(result, m_reporter, transcribedProgress);
         const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
         const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
         const bool silent = result.segments.empty();
