@@ -56,13 +56,21 @@ private:
                                  QStringLiteral("The speech models are damaged and cannot be loaded."));
         m_choice = chooseEngine(m_command.language);
         for (const QString& note : m_choice.notes)
-            logLine(note);
+            remark(note);
+    }
+
+    // Which better means were missing: for the log and for metadata.
+    void remark(const QString& sentence) {
+        logLine(sentence);
+        m_remarks.emplace_back(sentence);
     }
 
     void decode(SampleStore& samples) {
         m_reporter.stage(QStringLiteral("Decoding audio"), 0.0);
         FrameLevels levels;
         const auto network = VoiceActivityNetwork::load();
+        if (!network)
+            remark(QStringLiteral("Without a network that knows speech, music and noise may be taken for it."));
         const auto sink = [&](std::span<const std::int16_t> block) {
             samples.append(block);
             levels.add(block);
@@ -112,6 +120,7 @@ private:
                 {QStringLiteral("asr_engine"), m_choice.engine->engineName()},
                 {QStringLiteral("asr_model"), m_choice.engine->modelName()},
                 {QStringLiteral("diarization"), separated ? diarizationName() : QStringLiteral("off")},
+                {QStringLiteral("remarks"), m_remarks},
                 {QStringLiteral("voice_model"), voiceModelID}};
     }
 
@@ -134,6 +143,7 @@ private:
     const ProcessCommand& m_command;
     RunReporter& m_reporter;
     EngineChoice m_choice;
+    JSONValue::Array m_remarks;
     double m_duration = 0; // seconds
     std::vector<float> m_levels;
     std::vector<FrameRange> m_speech;
