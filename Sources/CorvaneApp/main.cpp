@@ -4,6 +4,7 @@
 #include "CorvaneApp/Composition/TerminationSignals.h"
 #include "CorvaneApp/Shell/Application.h"
 #include "CorvaneApp/Shell/SingleInstance.h"
+#include "CorvaneApp/Translations/Translations.h"
 #include "CorvaneApp/Views/Window/PanelCallNotices.h"
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Process/Locale.h"
@@ -14,6 +15,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QStandardPaths>
 #include <QThreadPool>
 
@@ -58,6 +60,18 @@ bool hasDisplay() {
     return false;
 }
 
+QtMessageHandler ordinaryMessages = nullptr;
+
+// The toolkit would end the process like a crash, with the advice to install it anew.
+void tellMissingDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (type != QtFatalMsg) {
+        ordinaryMessages(type, context, text);
+        return;
+    }
+    complain(QStringLiteral("the display cannot be used; corvanectl works without one"));
+    ::_exit(EXIT_FAILURE);
+}
+
 // Taken out of the environment: they are good for one window of this start, and no program started later is meant.
 QString taken(const char* variable) {
     QString value = qEnvironmentVariable(variable);
@@ -82,7 +96,14 @@ std::optional<int> settleInstance(SingleInstance& instance, StartRequest request
     return complain(QStringLiteral("Corvane runs already but does not answer"));
 }
 
-int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices services, SingleInstance& instance,
+// The command line as the toolkit wants it, and the languages that the user reads, the one most wished for first.
+struct Start {
+    int& argc;
+    char** argv = nullptr;
+    QStringList languages;
+};
+
+int runApplication(const Start& start, const AppPaths& paths, AppServices services, SingleInstance& instance,
                    const StartRequest& request) {
     // The toolkit would otherwise start a bus of its own, which nobody ends again.
     if (DesktopBus::address(DesktopBus::Which::session).isEmpty())
@@ -90,7 +111,10 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
     QCoreApplication::setApplicationName(QStringLiteral("Corvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
-    const QApplication toolkit(argc, argv);
+    ordinaryMessages = qInstallMessageHandler(tellMissingDisplay);
+    const QApplication toolkit(start.argc, start.argv);
+    qInstallMessageHandler(nullptr);
+    const Translations translations(start.languages);
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("corvane"), QIcon(QStringLiteral(":/corvane.svg"))));
     QApplication::setQuitOnLastWindowClosed(false);
     const TerminationSignals signals;
@@ -121,6 +145,8 @@ int runApplication(int& argc, char** argv, const AppPaths& paths, AppServices se
 } // namespace
 
 int main(int argc, char** argv) {
+    // Before the locale is made another: one that the machine lacks still says which language the user reads.
+    const QStringList languages = QLocale::system().uiLanguages();
     ensureUtf8Locale();
     const AppPaths paths(std::nullopt);
     AppServices services = makeLinuxServices();
@@ -153,5 +179,5 @@ int main(int argc, char** argv) {
         return *status;
     if (!hasDisplay())
         return complain(QStringLiteral("there is no display to show a window on; corvanectl works without one"));
-    return runApplication(argc, argv, paths, std::move(services), instance, command.request);
+    return runApplication({argc, argv, languages}, paths, std::move(services), instance, command.request);
 }

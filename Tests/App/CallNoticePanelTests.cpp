@@ -1,6 +1,7 @@
 #include "Support/MainLoop.h"
 #include "Support/PrintQt.h"
 
+#include "CorvaneApp/Views/Window/ActiveScreen.h"
 #include "CorvaneApp/Views/Window/CallNoticePanel.h"
 #include "CorvaneApp/Views/Window/PanelCallNotices.h"
 #include "CorvanePlatform/Null/FixedDesktopPreferences.h"
@@ -41,6 +42,14 @@ TEST(CallNoticePlacement, APanelOnlyWhereItLeavesTheKeyboardAlone) {
     EXPECT_EQ(callNoticeSurface(u"wayland"_s), CallNoticeSurface::desktopNotification);
     EXPECT_EQ(callNoticeSurface(u"offscreen"_s), CallNoticeSurface::desktopNotification);
     EXPECT_EQ(callNoticeFrame(QRect(1920, 30, 1281, 900)), QRect(1920 + 400, 44, 480, 86));
+}
+
+TEST(CallNoticePlacement, OnTheScreenOfTheWindowInUseOrElseOnTheFirst) {
+    const std::vector<QRect> screens{{1920, 0, 1920, 1080}, {0, 0, 1920, 1080}};
+    EXPECT_EQ(screenShowing(QPoint(1920, 5), screens), 0U);
+    EXPECT_EQ(screenShowing(QPoint(1919, 5), screens), 1U);
+    EXPECT_EQ(screenShowing(QPoint(-1, 5), screens), 0U);
+    EXPECT_EQ(screenShowing(std::nullopt, screens), 0U);
 }
 
 TEST_F(CallNoticePanelTest, StandsBelowTheTopWithoutTheKeyboardAndAnswersOnce) {

@@ -104,6 +104,16 @@ TEST_F(UpdatesTest, ACachedManifestIsForgottenWhenTheProgramHasCaughtUp) {
     EXPECT_EQ(kind(fixture.start()), Kind::idle);
 }
 
+TEST_F(UpdatesTest, ABuildWithoutAnAddressAsksNobody) {
+    configure(u"1.0"_s, u" "_s);
+    AppModel& model = fixture.start();
+    EXPECT_FALSE(ModelFixture::resultOf(model.checkForUpdates()));
+    EXPECT_EQ(model.updates().updateCheckState(),
+              UpdateCheckState::failed(u"Configure an update manifest URL first."_s));
+    EXPECT_EQ(model.updates().lastUpdateCheckAt(), std::nullopt);
+    EXPECT_EQ(asked(), 0U);
+}
+
 TEST_F(UpdatesTest, AnAddressThatIsNoWebAddressIsRefused) {
     fixture.defaults->set(defaultsKeys::updateAutomaticChecksEnabled, false);
     for (const auto& bad : {u"ftp://example.org/m"_s, u"file:///etc/passwd"_s, u"manifest.json"_s, u"http://["_s}) {

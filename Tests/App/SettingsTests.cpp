@@ -127,6 +127,17 @@ TEST_F(SettingsTest, TheDefaultsHoldEachOther) {
     EXPECT_EQ(fixture.defaults->integer(defaultsKeys::minSpeakerCount), 3);
 }
 
+TEST_F(SettingsTest, ABuildWithoutAnAddressAsksNobodyAndCallsThatNoFailure) {
+    fixture.defaults->remove(defaultsKeys::updateAutomaticChecksEnabled);
+    SettingsPageModel& shown = open();
+    const StatusLine said = shown.updates().status;
+    EXPECT_EQ(said.text, u"Configure an update manifest URL first."_s);
+    EXPECT_EQ(said.tone, u"secondary"_s);
+    EXPECT_EQ(shown.updates().lastChecked, u"Last checked: Never"_s);
+    model->updates().setState(UpdateCheckState::of(UpdateAvailability::available(manifest())));
+    EXPECT_EQ(shown.updates().status.tone, u"accent"_s);
+}
+
 TEST_F(SettingsTest, LinksOpenPagesOfTheWebAndNothingElse) {
     SettingsPageModel& shown = open();
     UpdateManifest update = manifest();
@@ -209,7 +220,9 @@ TEST_F(WindowTest, TheSettingsPageFollowsEveryStateWithoutAComplaintOfTheViewEng
     model->notion().setDatabaseProperties({{u"Notes"_s, u"rich_text"_s}});
     model->notion().updateNotionSummaryPropertyName(u"Notes"_s);
     ASSERT_TRUE(find(u"Meeting summary"_s));
-    EXPECT_EQ(find(u"Meeting summary"_s)->property("displayText").toString(), u"Notes (rich_text)"_s);
+    EXPECT_EQ(find(u"Meeting summary"_s)->property("shownText").toString(), u"Notes (rich_text)"_s);
+    model->notion().updateNotionSummaryPropertyName(u"Gone"_s); // still what a sync asks for
+    EXPECT_EQ(find(u"Meeting summary"_s)->property("shownText").toString(), u"Gone"_s);
     model->updates().setState(UpdateCheckState::of(UpdateAvailability::available(manifest())));
     ASSERT_TRUE(find(u"Download Update"_s));
     model->updates().setState(UpdateCheckState::idle());

@@ -87,3 +87,14 @@ TEST_F(SpeakerProfilesViewTest, DeletingAsksFirstAndGivesTheKeyboardBack) {
     EXPECT_THAT(stored(), testing::ElementsAre(u"Ada"_s));
     ASSERT_TRUE(loopUntil([this] { return focused() == u"Display name, Ada"_s; })) << focused().toStdString();
 }
+
+TEST_F(SpeakerProfilesViewTest, AnotherOrderSavesWhatIsTypedAndTakesThePageNoHarm) {
+    showPeople({u"Ada"_s, u"Bea"_s, u"Cyd"_s});
+    type(u"Display name, Ada"_s, "Zoe");
+    find(u"Sort"_s)->forceActiveFocus(Qt::TabFocusReason);
+    for (int i = 0; i < 5; ++i)
+        press(Qt::Key_Down);
+    EXPECT_THAT(stored(), testing::ElementsAre(u"Bea"_s, u"Cyd"_s, u"Zoe"_s));
+    for (const auto& name : {u"Bea"_s, u"Cyd"_s, u"Zoe"_s})
+        EXPECT_TRUE(find(u"Display name, "_s + name)) << name.toStdString();
+}

@@ -33,6 +33,10 @@ TEST(StartCommandTest, ReadsTheCommandLine) {
     const StartRequest files = parse({u"--show"_s, u"a.wav"_s, u"../b.mp4"_s, u"/c"_s, u"--"_s, u"-d"_s}).request;
     EXPECT_EQ(files.window, Window::show);
     EXPECT_EQ(files.files, (QStringList{u"/home/ada/a.wav"_s, u"/home/b.mp4"_s, u"/c"_s, u"/home/ada/-d"_s}));
+    const StartRequest addresses = parse({u"file:///a%20b/%C3%BC.wav"_s, u"file:/"_s, u"a%20b"_s}).request;
+    EXPECT_EQ(addresses.files, (QStringList{u"/a b/ü.wav"_s, u"/home/ada/file:"_s, u"/home/ada/a%20b"_s}));
+    EXPECT_EQ(parse({u"https://example.org/a.wav"_s}).words,
+              u"https://example.org/a.wav is not a file on this machine"_s);
     EXPECT_EQ(parse({u"-h"_s, u"--nonsense"_s}).kind, Kind::help);
     EXPECT_EQ(parse({u"--version"_s}).kind, Kind::version);
     EXPECT_EQ(parse({u""_s}).kind, Kind::refuse);

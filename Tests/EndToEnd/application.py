@@ -1,6 +1,7 @@
 """The application on a desktop: its tray, its window, a second start, and its end."""
 
 import json
+import re
 import signal
 import subprocess
 import unittest
@@ -52,6 +53,41 @@ class Application(desktop.DesktopTest):
         self.press(self.wait_for_window(), "ctrl+q")
         self.assert_ended(process)
 
+    def documents(self):
+        """What the documents under the data directory say, without what no two meetings have in common."""
+        own = re.compile(re.escape(str(self.root)) + r"|[0-9A-Fa-f-]{36}|\d{4}-\d\d-\d\d[ T][\d:]+|\d[\d.e+-]*")
+        return sorted(path.name + own.sub("#", path.read_text()) for path in self.root.glob("*/*/*.json"))
+
+    def has_sound(self):
+        return all(path.stat().st_size > 20000 for path in self.chunks()) and len(self.chunks()) == 2
+
+    def chunks(self):
+        return list(self.root.glob("meetings/*/*chunks/*.wav"))
+
+    def test_in_french_the_same_is_stored(self):
+        self.serve()
+        self.play_tones()
+        stored = []
+        for language, start, pause, stop in (
+                ("en", "Start Recording", "Pause Recording", "Stop Recording"),
+                ("fr", "D\u00e9marrer l\u2019enregistrement", "Mettre l\u2019enregistrement en pause",
+                 "Arr\u00eater l\u2019enregistrement")):
+            with self.subTest(language=language):
+                self.environment |= {"LANGUAGE": language, "XDG_DATA_HOME": str(self.home / language)}
+                self.root = self.home / language / "Corvane"
+                process = self.start_in_tray()
+                self.choose(start)
+                self.wait_for(self.has_sound, "the sound")
+                self.choose(pause)
+                self.choose(stop)
+                self.wait_for(lambda: list(self.root.glob("runs/*/result.json")), "the run")
+                self.wait_for(lambda: self.tray("menu")[0] == start, "the end of the recording")
+                self.interrupt(process, signal.SIGTERM)
+                self.assertEqual(process.returncode, 0)
+                stored.append(self.documents())
+                self.tray("leave")
+        self.assertEqual(*stored)
+
     def test_quitting_asks_while_a_recording_runs(self):
         self.serve()
         self.play_tones()
@@ -95,6 +131,23 @@ class Application(desktop.DesktopTest):
         self.wait_for_window()
         self.interrupt(third, signal.SIGINT)
         self.assertEqual(third.returncode, 0)
+
+    def test_a_file_to_import_is_asked_for(self):
+        process = self.start_in_tray("--show")
+        window = self.wait_for_window()
+        self.make_audio("talk.wav")
+        self.press(window, "ctrl+o")
+
+        def dialogs():
+            return self.xdotool("search", "--onlyvisible", "--name", "^Import Audio$")
+        self.wait_for(dialogs, "the dialog")
+        self.xdotool("windowfocus", "--sync", dialogs()[0])
+        self.xdotool("type", self.home / "talk.wav")
+        self.xdotool("key", "Return")
+        self.wait_for(lambda: self.statuses() == ["imported"], "the import")
+        self.assertEqual(self.drafts()[0]["title"], "talk")
+        self.interrupt(process, signal.SIGTERM)
+        self.assertEqual(process.returncode, 0)
 
     def test_many_starts_at_once_are_one_process(self):
         self.set_up()
@@ -145,7 +198,7 @@ class Application(desktop.DesktopTest):
         process = self.start_in_tray()
         self.record()
         meeting = next(self.root.glob("meetings/*")).name
-        self.sound_before(meeting, 1800)
+        self.sound_before(meeting, 900)
         process.send_signal(signal.SIGTERM)
         self.wait_for(lambda: (self.root / "recordings" / (meeting + "-mix")).exists(), "the joining")
         self.interrupt(process, signal.SIGTERM)
@@ -161,6 +214,9 @@ class WithoutADesktop(support.EndToEndTest):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no display", result.stderr)
         self.assertIn(b"Usage: corvane", self.run_program("corvane", "--help").stdout)
+        elsewhere = self.run_program("corvane", DISPLAY=":999")
+        self.assertEqual(elsewhere.returncode, 1)
+        self.assertIn(b"corvane: the display cannot be used; corvanectl works without one\n", elsewhere.stderr)
         self.assertRegex(self.run_program("corvane", "--version").stdout, rb"^corvane \d+\.\d+\.\d+\n$")
         wrong = self.run_program("corvane", "--nonsense")
         self.assertEqual((wrong.returncode, b"--nonsense" in wrong.stderr), (1, True))

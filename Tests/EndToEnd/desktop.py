@@ -18,9 +18,9 @@ class DesktopTest(sound.SoundTest):
                 self.skipTest(program + " is not installed")
         (self.home / "runtime").mkdir(mode=0o700)
         reading, writing = os.pipe()
-        display = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-noreset", "-nolisten", "tcp",
-                                    "-screen", "0", "1280x900x24"], pass_fds=[writing], stderr=subprocess.DEVNULL)
-        self.addCleanup(self.end, display)
+        self.display = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-noreset", "-nolisten", "tcp",
+                                         "-screen", "0", "1280x900x24"], pass_fds=[writing], stderr=subprocess.DEVNULL)
+        self.addCleanup(self.end, self.display)
         os.close(writing)
         with os.fdopen(reading) as numbers:
             self.environment["DISPLAY"] = ":" + numbers.readline().strip()
@@ -29,10 +29,10 @@ class DesktopTest(sound.SoundTest):
         configuration.write_text(
             f"<busconfig><type>session</type><listen>unix:path={self.home}/bus</listen><policy context='default'>"
             "<allow send_destination='*'/><allow receive_sender='*'/><allow own='*'/></policy></busconfig>")
-        bus = subprocess.Popen(["dbus-daemon", "--nofork", "--print-address", f"--config-file={configuration}"],
-                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.addCleanup(self.end, bus)
-        address = bus.stdout.readline().strip()
+        self.bus = subprocess.Popen(["dbus-daemon", "--nofork", "--print-address", f"--config-file={configuration}"],
+                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(self.end, self.bus)
+        address = self.bus.stdout.readline().strip()
         # No call leaves the test for the machine's own services.
         self.environment |= {"DBUS_SESSION_BUS_ADDRESS": address, "DBUS_SYSTEM_BUS_ADDRESS": address,
                              "QT_QUICK_BACKEND": "software"}
@@ -55,11 +55,11 @@ class DesktopTest(sound.SoundTest):
         self.wait_for(lambda: text in self.tray("menu"), text)
         self.assertEqual(self.tray("choose", text), [True])
 
-    def set_up(self):
+    def set_up(self, **settings):
         """As if the setup were done."""
         directory = pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "Corvane"
         directory.mkdir(parents=True, exist_ok=True)
-        (directory / "defaults.json").write_text(json.dumps({"setupCompleted": True}))
+        (directory / "defaults.json").write_text(json.dumps({"setupCompleted": True} | settings))
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, capture_output=True, text=True,

@@ -100,6 +100,25 @@ class Lint(unittest.TestCase):
                 self.write("Sources/CorvaneApp/Views/Icons/a.svg", svg.format(size, shapes))
                 self.finds(expected, "symbols")
 
+    def test_translations(self):
+        form = ("<?xml version='1.0' encoding='utf-8'?>\n<!DOCTYPE TS>\n<TS version='2.1' language='fr'><context>"
+                "<name>Words</name><message><source>{}</source><translation{}>{}</translation></message></context></TS>\n")
+        self.write("Sources/Words.cpp", 'struct Words {{ Q_DECLARE_TR_FUNCTIONS(Words) }};\nauto a = Words::tr("{}");\n'
+                   .format("%1 of %2?"))
+        for source, state, text, expected in (
+                ("%1 of %2?", "", "%1 sur %2\u202f?", None),
+                ("%1 of %2?", "", "%1 sur %2 ?", "no no-break space before"),
+                ("%1 of %2?", "", "\u00ab%1\u00a0\u00bb sur %2", "no no-break space after"),
+                ("%1 of %2?", "", "l'un %1 %2", "typewriter's apostrophe"),
+                ("%1 of %2?", "", "%1\u202f%... %2", "three full stops"),
+                ("%1 of %2?", "", "%1 sur %1", "other placeholders"),
+                ("%1 of %2?", " type='unfinished'", "%1 %2", "the translation is unfinished"),
+                ("%1 of %2?", "", "", "the translation is empty"),
+                ("Gone", "", "Parti", "\u201cGone\u201d is in the sources no more")):
+            with self.subTest(text=text):
+                self.write("Translations/words_fr.ts", form.format(source, state, text))
+                self.finds(expected, "translations", "--lupdate", os.environ["CORVANE_LUPDATE"])
+
     def test_single_files(self):
         self.write("../commands.json", "[]")
         self.write(".clang-format", "BasedOnStyle: LLVM\n")

@@ -1,6 +1,7 @@
 #include "CorvaneApp/Model/AppModel.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
 
@@ -25,9 +26,9 @@ AppModel::AppModel(AppPaths paths, AppServices services, QObject* parent)
       m_setup(m_services.defaults) {
     connect(&m_recording, &RecordingPart::captureWarned, this, &AppModel::say);
     connect(&m_playback, &PlaybackPart::playbackFailed, this,
-            [this](const QString& reason) { say(QStringLiteral("Failed to play audio: ") + reason); });
+            [this](const QString& reason) { say(UserText::tr("Failed to play audio: %1").arg(reason)); });
     connect(&m_playback, &PlaybackPart::examplesFailed, this,
-            [this](const QString& reason) { say(QStringLiteral("Failed to play examples: ") + reason); });
+            [this](const QString& reason) { say(UserText::tr("Failed to play examples: %1").arg(reason)); });
     connect(&m_speakerReview, &SpeakerReviewPart::saveWanted, this, &AppModel::saveSpeakerMappings);
     connect(&m_profileRenameTimer, &QTimer::timeout, this, &AppModel::renameInNextRun);
     try {
@@ -135,7 +136,7 @@ std::optional<MeetingDraftMetadata> AppModel::readDraft(const QString& meetingID
 
 void AppModel::writeMeetingDraft(const MeetingDraftMetadata& draft, const QString& meetingID) const {
     if (!isPlainName(meetingID))
-        throw FileError(QStringLiteral("“%1” is not the name of a meeting").arg(meetingID));
+        throw FileError(UserText::tr("“%1” is not the name of a meeting").arg(meetingID));
     corvane::writeMeetingDraft(draft, m_paths.meeting(meetingID));
 }
 

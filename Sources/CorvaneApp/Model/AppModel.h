@@ -260,11 +260,11 @@ private:
                                              const std::optional<QString>& runDirectory);
     void matchNextSpeaker(const std::shared_ptr<MatchingTask>& task);
     void finishMatching(const MatchingTask& task);
-    // Changes the store, reads it anew and tells what came of it; `failure` stands before the reason.
-    bool changeProfiles(const char* failure, const QString& success, const std::function<void(LocalStore&)>& change);
+    // Changes the store, reads it anew and tells what came of it; `failure` has %1 where the reason goes.
+    bool changeProfiles(const QString& failure, const QString& success, const std::function<void(LocalStore&)>& change);
     QFuture<bool> propagateSpeakerProfileDisplayName(const QUuid& profileID, const QString& displayName);
     void renameInNextRun();
-    QFuture<bool> changeNotionToken(const char* failure, const std::function<void(SecretStoring&)>& change);
+    QFuture<bool> changeNotionToken(const QString& failure, const std::function<void(SecretStoring&)>& change);
     [[nodiscard]] NotionClient notionClient(const QString& token);
     QFuture<bool> fetchNotionDatabase(const QString& token);
     void takeNotionDatabase(const NotionDatabaseInfo& database);

@@ -1,6 +1,7 @@
 // Making a meeting of an existing audio or movie file.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCore/Library/AudioImport.h"
 #include "CorvaneCore/Library/FileNames.h"
@@ -18,7 +19,7 @@ QFuture<std::optional<QString>> AppModel::importAudioFile(const QString& chosen)
     try {
         m_paths.createDirectories();
     } catch (const FileError& error) {
-        say(QStringLiteral("Failed to import audio: ") + error.text());
+        say(UserText::tr("Failed to import audio: %1").arg(error.text()));
         return QtFuture::makeReadyFuture(std::optional<QString>());
     }
     const QString copy = uniqueImportedAudioURL(m_paths.recordings(), source);
@@ -36,7 +37,7 @@ QFuture<std::optional<QString>> AppModel::importAudioFile(const QString& chosen)
     };
     const auto step = [post, cancelled = m_importsCancelled](double fraction) {
         if (*cancelled)
-            throw AudioImportError(QStringLiteral("Cancelled"));
+            throw AudioImportError(UserText::tr("Cancelled"));
         post(fraction);
     };
     return QtConcurrent::run([source, copy, step]() -> QString {
@@ -72,13 +73,13 @@ std::optional<QString> AppModel::finishImport(const QString& source, const QStri
         }
     }
     if (!failure.isEmpty()) {
-        say(QStringLiteral("Failed to import audio: ") + failure);
+        say(UserText::tr("Failed to import audio: %1").arg(failure));
         return std::nullopt;
     }
     reloadMeetings();
     if (const auto meeting = m_library.find(meetingID))
         selectMeeting(*meeting);
-    say(QStringLiteral("Imported ") + lastPathComponent(source));
+    say(UserText::tr("Imported %1").arg(lastPathComponent(source)));
     return meetingID;
 }
 

@@ -1,9 +1,11 @@
 // The operations on the list of meetings: selecting, refreshing, renaming and deleting.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
+#include "CorvaneCore/Library/StatusText.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
 
 #include <QFile>
@@ -40,16 +42,6 @@ void removeAudioIn(const QString& recordings, const QString& audio) {
         removeAll(folder + QLatin1Char('/') + file.fileName());
 }
 
-QString withCapitalWords(QString text) {
-    bool atStart = true;
-    for (QChar& character : text) {
-        if (atStart)
-            character = character.toUpper();
-        atStart = character.isSpace();
-    }
-    return text;
-}
-
 } // namespace
 
 void AppModel::reloadMeetings() {
@@ -58,6 +50,8 @@ void AppModel::reloadMeetings() {
 
 void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
     m_library.setSelectedSidebarItem(item);
+    if (item && item->kind == SidebarItem::Kind::speakerProfiles)
+        reloadSpeakerProfiles();
     if (item && item->kind == SidebarItem::Kind::settings)
         checkForUpdatesIfNeeded();
     if (!item || item->kind != SidebarItem::Kind::meeting)
@@ -67,8 +61,9 @@ void AppModel::selectSidebarItem(const std::optional<SidebarItem>& item) {
 }
 
 void AppModel::selectMeeting(const MeetingListItem& meeting) {
-    m_detail.setLastRunDirectory(meeting.latestRun);
+    // First, as who hears of it may still have something to write to the meeting that was shown.
     m_library.setSelectedSidebarItem(SidebarItem::meeting(meeting.id));
+    m_detail.setLastRunDirectory(meeting.latestRun);
     resetSpeakerReviewState();
     if (meeting.isDraft())
         showDraft(meeting);
@@ -90,7 +85,7 @@ void AppModel::showDraft(const MeetingListItem& meeting) {
     m_recording.updateElapsed();
     const bool inProgress = draft && (draft->recordingStatus == recordingStatus::recording ||
                                       draft->recordingStatus == recordingStatus::paused);
-    say(inProgress ? QStringLiteral("Meeting in progress") : QStringLiteral("Imported"));
+    say(inProgress ? UserText::tr("Meeting in progress") : UserText::tr("Imported"));
 }
 
 void AppModel::refreshRun() {
@@ -118,7 +113,7 @@ void AppModel::refreshRun() {
             startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), run);
     }
     if (m_jobs.jobState())
-        say(withCapitalWords(m_jobs.jobState()->status));
+        say(statusSentence(m_jobs.jobState()->status));
     reloadMeetings();
 }
 
@@ -134,11 +129,11 @@ bool AppModel::renameSelectedRun(const QString& text) {
         else
             renameRuns(title);
     } catch (const Error& error) {
-        say(QStringLiteral("Failed to rename: ") + error.text());
+        say(UserText::tr("Failed to rename: %1").arg(error.text()));
         return false;
     }
     reloadMeetings();
-    say(QStringLiteral("Renamed"));
+    say(UserText::tr("Renamed"));
     return true;
 }
 
@@ -176,7 +171,7 @@ void AppModel::renameRuns(const QString& title) {
 bool AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
     for (const QString& run : meeting.runURLs) {
         if (const auto reason = removeAll(run)) {
-            say(QStringLiteral("Failed to delete: ") + lastPathComponent(run) + QStringLiteral(": ") + *reason);
+            say(UserText::tr("Failed to delete: %1: %2").arg(lastPathComponent(run), *reason));
             return false;
         }
     }
@@ -200,7 +195,7 @@ bool AppModel::deleteMeeting(const MeetingListItem& meeting, bool deleteAudio) {
         m_library.setSelectedSidebarItem(std::nullopt);
     else
         selectMeeting(MeetingListItem(meetings.front()));
-    say(QStringLiteral("Deleted"));
+    say(UserText::tr("Deleted"));
     return true;
 }
 

@@ -2,6 +2,7 @@
 // is published is what was on screen when the user asked.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Notion/NotionClient.h"
 #include "CorvaneCore/Notion/NotionError.h"
 #include "CorvaneCore/Settings/DefaultsKeys.h"
@@ -24,9 +25,9 @@ QFuture<Outcome<QString>> readToken(const std::shared_ptr<SecretStoring>& store)
 // empty one: the token that the user stored in it may well be there.
 std::optional<QString> missingTokenReason(const Outcome<QString>& token) {
     try {
-        return token.value().isEmpty() ? std::optional(QStringLiteral("Connect Notion first")) : std::nullopt;
+        return token.value().isEmpty() ? std::optional(UserText::tr("Connect Notion first")) : std::nullopt;
     } catch (const Error& error) {
-        return QStringLiteral("Failed to read Notion token: ") + error.text();
+        return UserText::tr("Failed to read Notion token: %1").arg(error.text());
     }
 }
 
@@ -85,16 +86,16 @@ QFuture<bool> AppModel::refreshNotionSettings() {
 }
 
 QFuture<bool> AppModel::saveNotionToken(const QString& token) {
-    return changeNotionToken("Failed to save Notion token: ",
+    return changeNotionToken(UserText::tr("Failed to save Notion token: %1"),
                              [token](SecretStoring& store) { store.saveNotionToken(token); });
 }
 
 QFuture<bool> AppModel::deleteNotionToken() {
-    return changeNotionToken("Failed to remove Notion token: ",
+    return changeNotionToken(UserText::tr("Failed to remove Notion token: %1"),
                              [](SecretStoring& store) { store.deleteNotionToken(); });
 }
 
-QFuture<bool> AppModel::changeNotionToken(const char* failure, const std::function<void(SecretStoring&)>& change) {
+QFuture<bool> AppModel::changeNotionToken(const QString& failure, const std::function<void(SecretStoring&)>& change) {
     return QtConcurrent::run([store = m_services.tokenStore, change] {
                return outcomeOf([&] {
                    change(*store);
@@ -106,10 +107,10 @@ QFuture<bool> AppModel::changeNotionToken(const char* failure, const std::functi
                 const bool has = hasToken.value();
                 m_notion.loadSettings();
                 m_notion.setHasToken(has);
-                say(has ? QStringLiteral("Notion connected") : QStringLiteral("Notion disconnected"));
+                say(has ? UserText::tr("Notion connected") : UserText::tr("Notion disconnected"));
                 return true;
             } catch (const Error& error) {
-                say(QString::fromLatin1(failure) + error.text());
+                say(failure.arg(error.text()));
                 return false;
             }
         });
@@ -122,7 +123,7 @@ void AppModel::updateNotionDatabaseURL(const QString& url) {
 
 QFuture<bool> AppModel::fetchNotionDatabaseTitle() {
     if (m_notion.notionDatabaseURL().trimmed().isEmpty()) {
-        say(QStringLiteral("Enter a Notion database URL"));
+        say(UserText::tr("Enter a Notion database URL"));
         return QtFuture::makeReadyFuture(false);
     }
     m_notion.setIsFetching(true); // reading the token takes time too
@@ -140,10 +141,10 @@ QFuture<bool> AppModel::fetchNotionDatabaseTitle() {
 }
 
 QFuture<bool> AppModel::fetchNotionDatabase(const QString& token) {
-    say(QStringLiteral("Fetching Notion database"));
+    say(UserText::tr("Fetching Notion database"));
     const auto fail = [this](const Error& error) {
         m_notion.setIsFetching(false);
-        say(QStringLiteral("Failed to fetch Notion database: ") + error.text());
+        say(UserText::tr("Failed to fetch Notion database: %1").arg(error.text()));
     };
     const auto id = notionDatabaseID(m_notion.notionDatabaseURL());
     if (!id) {
@@ -158,7 +159,7 @@ QFuture<bool> AppModel::fetchNotionDatabase(const QString& token) {
             return false;
         }
         m_notion.setIsFetching(false);
-        say(QStringLiteral("Notion database ready"));
+        say(UserText::tr("Notion database ready"));
         return true;
     });
 }
@@ -188,7 +189,7 @@ QFuture<bool> AppModel::syncSelectedMeetingToNotion(WhenPageExists whenPageExist
         return QtFuture::makeReadyFuture(false);
     const auto& result = m_detail.transcriptResult();
     if (!result) {
-        refuseNotionSync(QStringLiteral("No transcript to sync"));
+        refuseNotionSync(UserText::tr("No transcript to sync"));
         return QtFuture::makeReadyFuture(false);
     }
     const auto sync = std::make_shared<NotionSync>();
@@ -221,7 +222,7 @@ void AppModel::inNotionSync(const std::shared_ptr<NotionSync>& sync, const std::
         step();
     } catch (const Error& error) {
         m_notion.setIsSyncing(false);
-        refuseNotionSync(QStringLiteral("Notion sync failed: ") + error.text());
+        refuseNotionSync(UserText::tr("Notion sync failed: %1").arg(error.text()));
         endNotionSync(sync, false);
     }
 }
@@ -229,14 +230,14 @@ void AppModel::inNotionSync(const std::shared_ptr<NotionSync>& sync, const std::
 void AppModel::beginNotionSync(const std::shared_ptr<NotionSync>& sync, const Outcome<QString>& token) {
     auto obstacle = missingTokenReason(token);
     if (!obstacle && m_notion.notionDatabaseURL().trimmed().isEmpty())
-        obstacle = QStringLiteral("Choose a Notion database");
+        obstacle = UserText::tr("Choose a Notion database");
     if (obstacle) {
         m_notion.setIsSyncing(false);
         refuseNotionSync(*obstacle);
         endNotionSync(sync, false);
         return;
     }
-    say(QStringLiteral("Syncing to Notion"));
+    say(UserText::tr("Syncing to Notion"));
     inNotionSync(sync, [&] {
         sync->client = notionClient(token.value());
         sync->databaseID = requiredDatabaseID(m_notion.notionDatabaseURL());
@@ -270,7 +271,7 @@ void AppModel::decideOnNotionPages(const std::shared_ptr<NotionSync>& sync) {
     const auto remembered = m_notion.rememberedPage(sync->databaseID, sync->content.meetingID);
     if (remembered && std::none_of(sync->pages.begin(), sync->pages.end(),
                                    [&](const NotionPageMatch& page) { return page.id == remembered->id; }))
-        sync->pages.push_back({.id = remembered->id, .title = QStringLiteral("Existing synced page"), .url = {}});
+        sync->pages.push_back({.id = remembered->id, .title = UserText::tr("Existing synced page"), .url = {}});
     if (sync->pages.empty() || sync->whenPageExists == WhenPageExists::createNew) {
         createNotionPage(sync);
     } else if (sync->whenPageExists == WhenPageExists::replace) {
@@ -278,7 +279,7 @@ void AppModel::decideOnNotionPages(const std::shared_ptr<NotionSync>& sync) {
     } else {
         m_notion.setPendingPages(sync->pages);
         m_notion.setIsSyncing(false);
-        say(QStringLiteral("Notion page already exists"));
+        say(UserText::tr("Notion page already exists"));
         endNotionSync(sync, false);
     }
 }
@@ -307,8 +308,8 @@ void AppModel::createNotionPage(const std::shared_ptr<NotionSync>& sync) {
                 m_notion.setSelectedPageURL(page.url);
                 m_notion.setPendingPages({});
                 m_notion.setIsSyncing(false);
-                say(QStringLiteral("Synced to Notion"));
-                m_notion.showToast(QStringLiteral("Synced to Notion"), NotionPart::ToastKind::success);
+                say(UserText::tr("Synced to Notion"));
+                m_notion.showToast(UserText::tr("Synced to Notion"), NotionPart::ToastKind::success);
                 endNotionSync(sync, true);
             });
         });

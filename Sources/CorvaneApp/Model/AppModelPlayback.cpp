@@ -1,5 +1,6 @@
 // Playing the meeting's audio.
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/SpeakerReview.h"
 
@@ -20,10 +21,9 @@ void AppModel::playAudio(double fromSeconds) {
         return;
     try {
         const double from = m_playback.play(*audio, fromSeconds);
-        say(QStringLiteral("Playing ") + lastPathComponent(*audio) + QStringLiteral(" from ") +
-            playbackTimestampText(from));
+        say(UserText::tr("Playing %1 from %2").arg(lastPathComponent(*audio), playbackTimestampText(from)));
     } catch (const AudioPlayerError& error) {
-        say(QStringLiteral("Failed to play audio: ") + error.text());
+        say(UserText::tr("Failed to play audio: %1").arg(error.text()));
     }
 }
 
@@ -37,7 +37,7 @@ void AppModel::toggleSpeakerExamplesPlayback(const TranscriptSpeaker& speaker) {
     if (!audio || examples.empty())
         return;
     m_playback.playExamples(speaker.speaker, *audio, examples);
-    say(QStringLiteral("Playing examples for ") + speaker.speaker);
+    say(UserText::tr("Playing examples for %1").arg(speaker.speaker));
 }
 
 void AppModel::stopAudioPlayback() {

@@ -1,6 +1,7 @@
 // Launching the worker and following the run that is shown.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Jobs/WorkerEnvironment.h"
 #include "CorvaneCore/Library/FileNames.h"
@@ -31,7 +32,7 @@ QFuture<std::optional<QString>> AppModel::processCurrentAudio() {
         return refused();
     const auto worker = findWorker();
     if (!worker) {
-        say(QStringLiteral("corvane-worker not found"));
+        say(UserText::tr("corvane-worker not found"));
         return refused();
     }
     LaunchWish wish;
@@ -62,7 +63,7 @@ std::optional<QString> AppModel::launch(const LaunchWish& wish, const ProcessEnv
     try {
         run = JobQueue(m_paths, {wish.worker}, m_services.processes).launch(order);
     } catch (const Error& error) {
-        say(QStringLiteral("Failed to launch worker: ") + error.text());
+        say(UserText::tr("Failed to launch worker: %1").arg(error.text()));
         return std::nullopt;
     }
     const QString runDirectory = run.runDirectory;
@@ -88,7 +89,7 @@ std::optional<QString> AppModel::launch(const LaunchWish& wish, const ProcessEnv
         resetSpeakerReviewState();
         if (m_detail.selectedTitle().isEmpty())
             m_detail.setSelectedTitle(fileTitle(order.audio));
-        say(QStringLiteral("Processing ") + lastPathComponent(order.audio));
+        say(UserText::tr("Processing %1").arg(lastPathComponent(order.audio)));
         reloadMeetings();
         refreshRun();
     } else {

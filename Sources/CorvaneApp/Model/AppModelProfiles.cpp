@@ -3,6 +3,7 @@
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
@@ -15,7 +16,9 @@ namespace corvane {
 
 namespace {
 
-const QString nameRequired = QStringLiteral("Speaker profile name is required");
+QString nameRequired() {
+    return UserText::tr("Speaker profile name is required");
+}
 
 // Whether a result can name a person at all; most meetings are spared the decoding.
 bool mentions(const QByteArray& result, const QUuid& profileID) {
@@ -28,7 +31,7 @@ void renameInRun(const QString& runDirectory, const QUuid& profileID, const QStr
     const QString document = runFiles::in(runDirectory, runFiles::result);
     const auto content = readFile(document);
     if (!content && QFileInfo::exists(document))
-        throw TranscriptRewriteError(runFiles::result + QStringLiteral(" cannot be read"));
+        throw TranscriptRewriteError(UserText::tr("%1 cannot be read").arg(runFiles::result));
     if (!content || !mentions(*content, profileID))
         return;
     TranscriptResult result = decodeTranscriptResult(*content);
@@ -48,16 +51,16 @@ void AppModel::reloadSpeakerProfiles() {
     try {
         m_voiceProfiles.reload();
     } catch (const StoreError& error) {
-        say(QStringLiteral("Failed to load speaker profiles: ") + error.text());
+        say(UserText::tr("Failed to load speaker profiles: %1").arg(error.text()));
     }
 }
 
-bool AppModel::changeProfiles(const char* failure, const QString& success,
+bool AppModel::changeProfiles(const QString& failure, const QString& success,
                               const std::function<void(LocalStore&)>& change) {
     try {
         change(m_voiceProfiles.speakerStore());
     } catch (const StoreError& error) {
-        say(QString::fromLatin1(failure) + QStringLiteral(": ") + error.text());
+        say(failure.arg(error.text()));
         return false;
     }
     reloadSpeakerProfiles();
@@ -70,9 +73,9 @@ std::optional<SpeakerProfile> AppModel::createSpeakerProfile(const QString& disp
     const QString name = displayName.trimmed();
     std::optional<SpeakerProfile> profile;
     if (name.isEmpty())
-        say(nameRequired);
+        say(nameRequired());
     else
-        changeProfiles("Failed to create speaker profile", QStringLiteral("Speaker profile created"),
+        changeProfiles(UserText::tr("Failed to create speaker profile: %1"), UserText::tr("Speaker profile created"),
                        [&](LocalStore& store) { profile = store.createSpeakerProfile(name, notes); });
     return profile;
 }
@@ -81,9 +84,9 @@ QFuture<bool> AppModel::createProfileFromSpeakerVoice(const QString& speaker, co
     const QString name = displayName.trimmed();
     std::optional<SpeakerProfile> profile;
     if (name.isEmpty())
-        say(nameRequired);
+        say(nameRequired());
     else
-        changeProfiles("Failed to create speaker profile", {}, [&](LocalStore& store) {
+        changeProfiles(UserText::tr("Failed to create speaker profile: %1"), {}, [&](LocalStore& store) {
             profile = store.createSpeakerProfile(name, QStringLiteral("Created from ") + speaker);
         });
     return profile ? addVoiceObservation(speaker, *profile) : QtFuture::makeReadyFuture(false);
@@ -93,36 +96,37 @@ QFuture<bool> AppModel::updateSpeakerProfile(const SpeakerProfile& profile, cons
                                              const QString& notes, bool enabled) {
     const QString name = displayName.trimmed();
     if (name.isEmpty()) {
-        say(nameRequired);
+        say(nameRequired());
         return QtFuture::makeReadyFuture(false);
     }
     if (name == profile.displayName && notes.trimmed() == profile.notes && enabled == profile.enabled)
         return QtFuture::makeReadyFuture(true);
     const bool isRenamed = name != profile.displayName;
     const QUuid id = profile.id;
-    const bool done = changeProfiles("Failed to update speaker profile", {},
+    const bool done = changeProfiles(UserText::tr("Failed to update speaker profile: %1"), {},
                                      [&](LocalStore& store) { store.updateSpeakerProfile(id, name, notes, enabled); });
     if (done && isRenamed)
         return propagateSpeakerProfileDisplayName(id, name);
     if (done)
-        say(QStringLiteral("Speaker profile updated"));
+        say(UserText::tr("Speaker profile updated"));
     return QtFuture::makeReadyFuture(done);
 }
 
 bool AppModel::setSpeakerProfileEnabled(const SpeakerProfile& profile, bool enabled) {
     return changeProfiles(
-        "Failed to update speaker profile",
-        enabled ? QStringLiteral("Speaker profile enabled") : QStringLiteral("Speaker profile disabled"),
+        UserText::tr("Failed to update speaker profile: %1"),
+        enabled ? UserText::tr("Speaker profile enabled") : UserText::tr("Speaker profile disabled"),
         [id = profile.id, enabled](LocalStore& store) { store.setSpeakerProfileEnabled(id, enabled); });
 }
 
 bool AppModel::deleteSpeakerProfile(const SpeakerProfile& profile) {
-    return changeProfiles("Failed to delete speaker profile", QStringLiteral("Speaker profile deleted"),
+    return changeProfiles(UserText::tr("Failed to delete speaker profile: %1"), UserText::tr("Speaker profile deleted"),
                           [id = profile.id](LocalStore& store) { store.deleteSpeakerProfile(id); });
 }
 
 bool AppModel::deleteAllSpeakerProfiles() {
-    return changeProfiles("Failed to delete speaker profiles", QStringLiteral("All speaker profiles deleted"),
+    return changeProfiles(UserText::tr("Failed to delete speaker profiles: %1"),
+                          UserText::tr("All speaker profiles deleted"),
                           [](LocalStore& store) { store.deleteAllSpeakerProfiles(); });
 }
 
@@ -130,11 +134,11 @@ bool AppModel::updateVoiceProfileMatchingEnabled(bool enabled) {
     try {
         m_voiceProfiles.speakerStore().setSpeakerProfileMatchingEnabled(enabled);
     } catch (const StoreError& error) {
-        say(QStringLiteral("Failed to update matching setting: ") + error.text());
+        say(UserText::tr("Failed to update matching setting: %1").arg(error.text()));
         return false;
     }
     m_voiceProfiles.setMatchingEnabled(enabled);
-    say(enabled ? QStringLiteral("Voice profile matching enabled") : QStringLiteral("Voice profile matching disabled"));
+    say(enabled ? UserText::tr("Voice profile matching enabled") : UserText::tr("Voice profile matching disabled"));
     return true;
 }
 
@@ -143,7 +147,7 @@ bool AppModel::updateVoiceProfileMatchingThreshold(double threshold) {
     try {
         m_voiceProfiles.speakerStore().setSpeakerProfileMatchingThreshold(clamped);
     } catch (const StoreError& error) {
-        say(QStringLiteral("Failed to update matching threshold: ") + error.text());
+        say(UserText::tr("Failed to update matching threshold: %1").arg(error.text()));
         return false;
     }
     m_voiceProfiles.setMatchingThreshold(clamped);
@@ -178,8 +182,8 @@ void AppModel::renameInNextRun() {
             renameInRun(run, rename.profileID, rename.displayName);
         } catch (const Error& error) {
             rename.hasFailed = true;
-            say(QStringLiteral("Failed to update profile tags in a meeting: ") + lastPathComponent(run) +
-                QStringLiteral(": ") + error.text());
+            say(UserText::tr("Failed to update profile tags in a meeting: %1: %2")
+                    .arg(lastPathComponent(run), error.text()));
         }
         return;
     }
@@ -188,7 +192,7 @@ void AppModel::renameInNextRun() {
     if (m_profileRenames.empty())
         m_profileRenameTimer.stop();
     reloadSpeakerProfiles();
-    say(QStringLiteral("Speaker profile updated"));
+    say(UserText::tr("Speaker profile updated"));
     finished.done.addResult(!finished.hasFailed);
     finished.done.finish();
 }

@@ -2,6 +2,7 @@
 // chunk is entered in it, and a recording can be finished or continued after the application has died.
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Recording/MeetingChunks.h"
@@ -64,16 +65,16 @@ void AppModel::startRecording(const std::optional<QString>& suggestedTitle) {
         m_recording.setRecordingStartedAt(now);
         m_recording.setRecordingState(RecordingState::recording(chunk));
         m_library.setLastRecording(draft.audioPath);
-        m_detail.setSelectedTitle(draft.title);
-        m_detail.setLastRunDirectory(std::nullopt);
         m_library.setSelectedSidebarItem(SidebarItem::meeting(meetingID));
+        m_detail.setLastRunDirectory(std::nullopt);
+        m_detail.setSelectedTitle(draft.title);
         m_recording.updateElapsed();
         m_recording.startRecordingElapsedClock();
         reloadMeetings();
-        say(warning.value_or(QStringLiteral("Recording")));
+        say(warning.value_or(UserText::tr("Recording")));
     } catch (const Error& error) {
         letGoOfOtherRecordings();
-        say(QStringLiteral("Failed to start recording: ") + error.text());
+        say(UserText::tr("Failed to start recording: %1").arg(error.text()));
     }
 }
 
@@ -108,7 +109,7 @@ std::optional<QString> AppModel::startSystemAudio(const QString& systemChunksDir
         return std::nullopt;
     } catch (const Error& error) {
         m_recording.setSystemAudioRecorder(nullptr);
-        return QStringLiteral("Recording microphone only; system audio failed: ") + error.text();
+        return UserText::tr("Recording microphone only; system audio failed: %1").arg(error.text());
     }
 }
 
@@ -141,9 +142,9 @@ void AppModel::pauseRecording() {
         draft.recordingStatus = recordingStatus::paused;
         writeMeetingDraft(draft, *meetingID);
         reloadMeetings();
-        say(QStringLiteral("Paused"));
+        say(UserText::tr("Paused"));
     } catch (const Error& error) {
-        say(QStringLiteral("Failed to pause recording: ") + error.text());
+        say(UserText::tr("Failed to pause recording: %1").arg(error.text()));
     }
 }
 
@@ -172,14 +173,14 @@ void AppModel::resumeRecording() {
                                                           : std::nullopt);
         m_recording.startRecordingElapsedClock();
         reloadMeetings();
-        say(QStringLiteral("Recording"));
+        say(UserText::tr("Recording"));
     } catch (const Error& error) {
         // One that never started belongs to this meeting alone, and could only refuse to be stopped.
         ChunkedMicrophoneRecorder* microphone = m_recording.chunkedRecorder();
         if (microphone && microphone->state().kind == RecordingState::Kind::idle)
             m_recording.setChunkedRecorder(nullptr);
         letGoOfOtherRecordings();
-        say(QStringLiteral("Failed to resume recording: ") + error.text());
+        say(UserText::tr("Failed to resume recording: %1").arg(error.text()));
     }
 }
 
@@ -231,7 +232,7 @@ QFuture<std::optional<QString>> AppModel::stopRecording(AfterStop afterStop) {
                               : draft->audioPath};
     } catch (const Error& error) {
         letGoOfOtherRecordings();
-        say(QStringLiteral("Failed to stop recording: ") + error.text());
+        say(UserText::tr("Failed to stop recording: %1").arg(error.text()));
         return refused();
     }
     return finalizeInBackground(plan, afterStop);
@@ -327,7 +328,7 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     }
     if (!failure.isEmpty()) {
         letGoOfOtherRecordings();
-        say(QStringLiteral("Failed to stop recording: ") + failure);
+        say(UserText::tr("Failed to stop recording: %1").arg(failure));
         return std::nullopt;
     }
     m_library.setLastRecording(file);
@@ -339,7 +340,7 @@ std::optional<QString> AppModel::finishRecording(const QString& meetingID, const
     reloadMeetings();
     if (const auto meeting = m_library.find(meetingID))
         selectMeeting(*meeting);
-    say(QStringLiteral("Recorded ") + lastPathComponent(file));
+    say(UserText::tr("Recorded %1").arg(lastPathComponent(file)));
     if (afterStop == AfterStop::process)
         processCurrentAudio();
     return file;

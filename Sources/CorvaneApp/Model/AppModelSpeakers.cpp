@@ -2,6 +2,7 @@
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Jobs/WorkerArguments.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Transcripts/TranscriptExportRewriter.h"
 #include "CorvaneCore/Transcripts/TranscriptResultReader.h"
@@ -22,11 +23,11 @@ bool AppModel::saveSpeakerMappings() {
     try {
         writeSpeakerReview(*m_detail.lastRunDirectory());
     } catch (const Error& error) {
-        say(QStringLiteral("Failed to save speaker names: ") + error.text());
+        say(UserText::tr("Failed to save speaker names: %1").arg(error.text()));
         return false;
     }
     refreshRun();
-    say(QStringLiteral("Speaker names saved automatically"));
+    say(UserText::tr("Speaker names saved automatically"));
     return true;
 }
 
@@ -53,7 +54,7 @@ void AppModel::persistSpeakerProfileMatches() {
     try {
         writeSpeakerReview(*m_detail.lastRunDirectory());
     } catch (const Error& error) {
-        say(QStringLiteral("Failed to save speaker profile matches: ") + error.text());
+        say(UserText::tr("Failed to save speaker profile matches: %1").arg(error.text()));
         return;
     }
     m_detail.setTranscript(TranscriptResultReader().read(*m_detail.lastRunDirectory()), m_detail.transcriptText());
@@ -77,7 +78,7 @@ QFuture<bool> AppModel::acceptSpeakerProfileMatch(const SpeakerProfileMatchSugge
 
 void AppModel::rejectSpeakerProfileMatch(const SpeakerProfileMatchSuggestion& suggestion) {
     updateSpeakerProfileMatch(suggestion, suggestionStatus::rejected);
-    say(QStringLiteral("Speaker profile suggestion rejected"));
+    say(UserText::tr("Speaker profile suggestion rejected"));
 }
 
 bool AppModel::assignSpeaker(const QString& speaker, const SpeakerProfile& profile) {
@@ -93,13 +94,14 @@ bool AppModel::removeSpeakerProfileAssignment(const QString& speaker) {
             const bool hadVoice = m_voiceProfiles.speakerStore().deleteSpeakerProfileObservation(
                 removed->profileID, lastPathComponent(*m_detail.lastRunDirectory()), speaker, voiceModelID);
             reloadSpeakerProfiles();
-            m_speakerReview.setMessage(speaker, {VoiceProfileUpdateMessage::Kind::success,
-                                                 hadVoice ? QStringLiteral("Voice removed from ") + removed->displayName
-                                                          : QStringLiteral("Profile tag removed")});
+            m_speakerReview.setMessage(speaker,
+                                       {VoiceProfileUpdateMessage::Kind::success,
+                                        hadVoice ? UserText::tr("Voice removed from %1").arg(removed->displayName)
+                                                 : UserText::tr("Profile tag removed")});
         } catch (const StoreError& error) {
             m_speakerReview.setMessage(speaker, {VoiceProfileUpdateMessage::Kind::failure,
-                                                 QStringLiteral("Could not remove profile voice: ") + error.text()});
-            say(QStringLiteral("Failed to remove profile voice: ") + error.text());
+                                                 UserText::tr("Could not remove profile voice: %1").arg(error.text())});
+            say(UserText::tr("Failed to remove profile voice: %1").arg(error.text()));
             done = false;
         }
     }

@@ -1,5 +1,6 @@
 // Looking for newer releases. A check only tells; nothing is downloaded.
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Services/UpdateChecker.h"
 
 namespace corvane {
@@ -12,13 +13,13 @@ constexpr qint64 secondsBetweenChecks = 86'400;
 
 QFuture<bool> AppModel::checkForUpdates() {
     const QString address = m_updates.settings().manifestURL().trimmed();
-    if (address.isEmpty()) {
-        m_updates.fail(QStringLiteral("Configure an update manifest URL first."));
+    if (address.isEmpty() || !m_updates.settings().hasOwnManifestURL()) {
+        m_updates.fail(UserText::tr("Configure an update manifest URL first."));
         return QtFuture::makeReadyFuture(false);
     }
     const QUrl url(address, QUrl::StrictMode);
     if (!url.isValid() || (url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https"))) {
-        m_updates.fail(QStringLiteral("The update manifest URL must be an HTTP or HTTPS URL."));
+        m_updates.fail(UserText::tr("The update manifest URL must be an HTTP or HTTPS URL."));
         return QtFuture::makeReadyFuture(false);
     }
     const UpdateCheckState previous = m_updates.updateCheckState();

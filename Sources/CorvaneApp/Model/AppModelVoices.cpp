@@ -4,6 +4,7 @@
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneContract/Jobs/WorkerArguments.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Jobs/WorkerLocator.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
@@ -84,7 +85,7 @@ bool AppModel::hasVoiceOf(const QString& speaker, const SpeakerProfile& profile,
     try {
         return m_voiceProfiles.speakerStore().hasSpeakerProfileObservation(profile.id, runID, speaker, voiceModelID);
     } catch (const StoreError& error) {
-        say(QStringLiteral("Failed to check existing voice profile: ") + error.text());
+        say(UserText::tr("Failed to check existing voice profile: %1").arg(error.text()));
         return false;
     }
 }
@@ -98,13 +99,13 @@ QFuture<bool> AppModel::addVoiceObservation(const QString& speaker, const Speake
     assignSpeaker(update.speaker, update.profile);
     if (hasVoiceOf(update.speaker, update.profile, update.runID())) {
         tellCard(update.speaker, Kind::success,
-                 update.speaker + QStringLiteral(" is already linked to ") + update.profile.displayName +
-                     QStringLiteral(" for this meeting"));
+                 UserText::tr("%1 is already linked to %2 for this meeting")
+                     .arg(update.speaker, update.profile.displayName));
         return ready(true);
     }
     const auto worker = findWorker();
     if (!worker) {
-        tellCard(update.speaker, Kind::failure, QStringLiteral("corvane-worker not found"));
+        tellCard(update.speaker, Kind::failure, UserText::tr("corvane-worker not found"));
         return ready(false);
     }
     const auto meeting = selectedMeeting();
@@ -115,9 +116,9 @@ QFuture<bool> AppModel::addVoiceObservation(const QString& speaker, const Speake
                          .output =
                              runFiles::in(run, speakerFileName(QStringLiteral("speaker_profile_"), update.speaker))};
     m_speakerReview.setVoiceProfileUpdateRunID(update.runID());
-    m_speakerReview.setMessage(update.speaker,
-                               {Kind::running, QStringLiteral("Extracting voice for ") + update.profile.displayName});
-    say(QStringLiteral("Extracting voice profile for ") + update.speaker);
+    m_speakerReview.setMessage(
+        update.speaker, {Kind::running, UserText::tr("Extracting voice for %1").arg(update.profile.displayName)});
+    say(UserText::tr("Extracting voice profile for %1").arg(update.speaker));
     return runSpeakerProfileExtraction(update.extraction).then(this, [this, update](const CommandResult& result) {
         return finishVoiceObservation(update, result);
     });
@@ -125,12 +126,12 @@ QFuture<bool> AppModel::addVoiceObservation(const QString& speaker, const Speake
 
 bool AppModel::finishVoiceObservation(const VoiceUpdate& update, const CommandResult& result) {
     Kind kind = Kind::success;
-    QString text = QStringLiteral("Voice added to ") + update.profile.displayName;
+    QString text = UserText::tr("Voice added to %1").arg(update.profile.displayName);
     try {
         storeVoice(update, result);
     } catch (const Error& error) {
         kind = Kind::failure;
-        text = QStringLiteral("Voice profile update failed: ") + error.text();
+        text = UserText::tr("Voice profile update failed: %1").arg(error.text());
     }
     if (kind == Kind::success)
         reloadSpeakerProfiles();
@@ -153,18 +154,18 @@ void AppModel::storeVoice(const VoiceUpdate& update, const CommandResult& result
     LocalStore& store = m_voiceProfiles.speakerStore();
     // A voice must not stay behind of a person who was deleted while it was on its way.
     if (!store.hasSpeakerProfile(update.profile.id))
-        throw SpeakerProfileExtractionError(QStringLiteral("the profile has been deleted"));
+        throw SpeakerProfileExtractionError(UserText::tr("the profile has been deleted"));
     store.addSpeakerProfileObservation(observationOf(extracted, update.profile.id, update.meetingID, update.speaker));
 }
 
 bool AppModel::matchShownSpeakers() {
     if (!findWorker()) {
-        say(QStringLiteral("corvane-worker not found"));
+        say(UserText::tr("corvane-worker not found"));
         return false;
     }
     const auto& result = m_detail.transcriptResult();
     if (!result || !startSpeakerProfileMatchingIfNeeded(TranscriptResult(*result), m_detail.lastRunDirectory())) {
-        say(QStringLiteral("No speaker profile suggestions"));
+        say(UserText::tr("No speaker profile suggestions"));
         return false;
     }
     return true;
@@ -189,7 +190,7 @@ bool AppModel::startSpeakerProfileMatchingIfNeeded(const TranscriptResult& resul
     }
     m_matchedRunIDs.insert(task->runID());
     m_speakerReview.setSpeakerProfileMatchRunID(task->runID());
-    say(QStringLiteral("Matching speaker profiles"));
+    say(UserText::tr("Matching speaker profiles"));
     matchNextSpeaker(task);
     return true;
 }
@@ -228,8 +229,8 @@ void AppModel::finishMatching(const MatchingTask& task) {
     m_speakerReview.setMatches(task.matches);
     m_speakerReview.setSpeakerProfileMatchRunID(std::nullopt);
     persistSpeakerProfileMatches();
-    say(hasOpenSuggestion(task.matches) ? QStringLiteral("Speaker profile suggestions ready")
-                                        : QStringLiteral("No speaker profile suggestions"));
+    say(hasOpenSuggestion(task.matches) ? UserText::tr("Speaker profile suggestions ready")
+                                        : UserText::tr("No speaker profile suggestions"));
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CorvaneApp/Model/ModelPart.h"
+#include "CorvaneContract/Text/UserText.h"
 
 #include <QString>
 
@@ -23,7 +24,7 @@ Q_SIGNALS:
     void statusMessageChanged();
 
 private:
-    QString m_statusMessage = QStringLiteral("Idle");
+    QString m_statusMessage = UserText::tr("Idle");
 };
 
 } // namespace corvane

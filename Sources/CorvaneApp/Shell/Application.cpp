@@ -14,6 +14,8 @@ using namespace std::chrono_literals;
 constexpr auto preferencesPatience = 150ms;
 // A tray that starts together with Corvane may come a little later.
 constexpr auto trayPatience = 1500ms;
+// One that went may only be started anew.
+constexpr auto lostTrayPatience = 5s;
 // Before the machine goes down the system waits five seconds, as it is ordinarily set up.
 constexpr auto shutdownPatience = 4s;
 // Those who end a session or a service wait longer, but not for ever.
@@ -36,6 +38,9 @@ Application::Application(const AppPaths& paths, const AppServices& services, Des
     });
     connect(&m_trayDeadline, &QTimer::timeout, this, &Application::showIfNeeded);
 
+    connect(&m_window, &DashboardWindowController::importRequested, this,
+            [this] { m_importDialog.open(m_window.window()); });
+    connect(&m_importDialog, &ImportDialog::chosen, this, [this](const QString& file) { import({file}); });
     connect(&m_tray, &TrayItem::chosen, this, &Application::act);
     connect(&m_tray, &TrayItem::clicked, this, [this] { act(TrayAction::openApp); });
     connect(&m_tray, &TrayItem::changed, this, &Application::followTray);
@@ -47,6 +52,7 @@ Application::Application(const AppPaths& paths, const AppServices& services, Des
     });
     connect(m_desktop.power.get(), &PowerManagement::shuttingDown, this, [this] { endWithin(shutdownPatience); });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &Application::commitData, Qt::DirectConnection);
+    qGuiApp->installEventFilter(this);
     followTray();
     followRecording();
 }
@@ -58,11 +64,11 @@ void Application::start(const StartRequest& request) {
     import(request.files);
     if (request.window == StartRequest::Window::never)
         return;
+    m_mayShowWithoutTray = true;
     if (!m_model.setup().setupCompleted() || request.window == StartRequest::Window::show || !request.files.isEmpty()) {
         openWindow();
         return;
     }
-    m_mayShowWithoutTray = true;
     m_trayDeadline.start(trayPatience);
     followTray();
 }
@@ -71,6 +77,7 @@ void Application::take(const StartRequest& request) {
     import(request.files);
     if (request.window == StartRequest::Window::never)
         return;
+    m_mayShowWithoutTray = true;
     m_request = request;
     openWindow();
 }
@@ -108,10 +115,13 @@ void Application::followTray() {
     m_window.setWhenClosed(m_tray.isThere() ? WhenClosed::hide : WhenClosed::minimize);
     if (m_tray.isThere())
         m_trayDeadline.stop();
+    else if (m_hadTray)
+        m_trayDeadline.start(lostTrayPatience);
+    m_hadTray = m_tray.isThere();
 }
 
 void Application::showIfNeeded() {
-    if (m_mayShowWithoutTray && !m_tray.isThere())
+    if (m_mayShowWithoutTray && !m_tray.isThere() && !m_window.isShown())
         openWindow();
 }
 
@@ -148,10 +158,19 @@ void Application::importNext() {
     m_model.importAudioFile(m_imports.takeFirst()).then(this, [this](const std::optional<QString>&) { importNext(); });
 }
 
-// The session manager waits for this to return and lets the session go on ending after it: what counts is done by then.
+// Asked before it is known whether the desktop ends: it may only be saving, or the user may think better of it. What
+// was recorded until now is on the disk; a recording ends when it is told to.
 void Application::commitData(QSessionManager& session) {
     session.setRestartHint(QSessionManager::RestartNever); // a recorder comes with the session only if it is told to
-    endWithin(endPatience);
+}
+
+// How the toolkit passes on that the session manager ends the application, and for nothing else here. Its own answer is
+// to close the windows, which a window that is only minimised by closing would refuse.
+bool Application::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Quit)
+        return QObject::eventFilter(watched, event);
+    endSoon();
+    return true;
 }
 
 void Application::endSoon() {

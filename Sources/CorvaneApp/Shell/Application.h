@@ -3,6 +3,7 @@
 #pragma once
 
 #include "CorvaneApp/Model/AppModel.h"
+#include "CorvaneApp/Shell/ImportDialog.h"
 #include "CorvaneApp/Shell/TrayItem.h"
 #include "CorvaneApp/Views/KeepAwake.h"
 #include "CorvaneApp/Views/QuitController.h"
@@ -33,13 +34,16 @@ public:
     void start(const StartRequest& request);
     // What another start asks of this process.
     void take(const StartRequest& request);
-    // A signal that asks the process to end.
+    // A signal or the session manager asks the process to end.
     void endSoon();
 
 Q_SIGNALS:
     // No request is taken any more; the process ends when `ended` comes.
     void ending();
     void ended();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void act(TrayAction action);
@@ -59,10 +63,12 @@ private:
     QuitController m_quit;
     KeepAwake m_keepAwake;
     DashboardWindowController m_window;
+    ImportDialog m_importDialog;
     TrayItem m_tray;
     StartRequest m_request; // the last one that brought the window up
     bool m_isWindowWanted = false;
     bool m_mayShowWithoutTray = false;
+    bool m_hadTray = false;
     QTimer m_preferencesDeadline;
     QTimer m_trayDeadline;
     QStringList m_imports; // still to be made

@@ -47,6 +47,8 @@ TrayItem::TrayItem(QObject* parent) : QObject(parent), m_menu(std::make_unique<Q
     // From any sender: naming the service would have the library ask the bus for its owner and wait.
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
         bus.connect({}, watcherPath, watcherService, QString::fromLatin1(signal), this, SLOT(askForTray()));
+    bus.connect({}, {}, QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                SLOT(loseBus()));
     askForTray();
 }
 
@@ -71,6 +73,10 @@ void TrayItem::takeWatcher(bool isThere) {
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question.setArguments({watcherService, QStringLiteral("IsStatusNotifierHostRegistered")});
     ask(question, &TrayItem::takeHost);
+}
+
+void TrayItem::loseBus() {
+    decide(false);
 }
 
 void TrayItem::takeHost(bool isThere) {

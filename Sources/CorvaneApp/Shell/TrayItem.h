@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void askForTray();
+    void loseBus();
 
 private:
     void ask(const QDBusMessage& question, void (TrayItem::*onAnswer)(bool));

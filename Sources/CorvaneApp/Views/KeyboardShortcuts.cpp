@@ -160,7 +160,9 @@ void KeyboardShortcutsModel::goTo(ShortcutCommand command) {
 
 void KeyboardShortcutsModel::showMeetings() {
     const auto& meetings = m_model.library().meetings();
-    if (!isMeetingShown() && !meetings.empty())
+    if (meetings.empty())
+        m_sidebar.selectNoMeeting();
+    else if (!isMeetingShown())
         m_sidebar.selectMeeting(m_model.library().find(m_lastMeetingID) ? m_lastMeetingID : meetings.front().id);
     Q_EMIT meetingListRequested();
 }

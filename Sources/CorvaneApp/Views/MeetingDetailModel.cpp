@@ -54,6 +54,12 @@ void MeetingDetailModel::follow() {
         refreshTranscript();
         refreshSoon();
     });
+    connect(&m_model.library(), &LibraryPart::selectedSidebarItemChanged, this,
+            &MeetingDetailModel::shownMeetingChanged);
+    connect(&m_model.library(), &LibraryPart::aboutToChange, this, [this](const char* field) {
+        if (qstrcmp(field, "selectedSidebarItem") == 0)
+            endTitleEditing();
+    });
     connect(&m_model.detail(), &MeetingDetailPart::selectedTitleChanged, this, &MeetingDetailModel::titleChanged);
     connect(&m_model.detail(), &MeetingDetailPart::settingsChanged, this, &MeetingDetailModel::settingsChanged);
     connect(&m_model.notion(), &NotionPart::notionToastChanged, this, &MeetingDetailModel::toastChanged);
@@ -209,6 +215,7 @@ void MeetingDetailModel::changeSettings(const ProcessingSettings& settings) {
 }
 
 void MeetingDetailModel::press(int action) {
+    takeTypedTitle();
     switch (static_cast<MeetingAction>(action)) {
     case MeetingAction::none:
         break;
@@ -270,13 +277,25 @@ void MeetingDetailModel::beginTitleEditing() {
     m_model.detail().setIsEditingSelectedTitle(true);
 }
 
-void MeetingDetailModel::endTitleEditing(const QString& text) {
+void MeetingDetailModel::typeTitle(const QString& text) {
+    beginTitleEditing();
+    m_typedTitle = text;
+}
+
+void MeetingDetailModel::endTitleEditing() {
     m_model.detail().setIsEditingSelectedTitle(false);
-    submitTitle(text);
+    takeTypedTitle();
 }
 
 void MeetingDetailModel::submitTitle(const QString& text) {
+    m_typedTitle.reset();
     m_model.renameSelectedRun(text);
+}
+
+void MeetingDetailModel::takeTypedTitle() {
+    const auto typed = std::exchange(m_typedTitle, std::nullopt);
+    if (typed && *typed != title())
+        submitTitle(*typed);
 }
 
 void MeetingDetailModel::importChosen(const QUrl& file) {

@@ -81,9 +81,12 @@ public:
     Q_INVOKABLE void press(int action);
     // False, and nothing happens, where no panel has an enabled button for it now.
     bool pressIfEnabled(MeetingAction action);
-    // While the title has the keyboard a refresh leaves it alone; leaving the field takes its text as the new title.
+    // While the title has the keyboard a refresh leaves it alone. What was typed becomes the title when the field is
+    // left, when a button is pressed, and before another meeting or page is shown. A field that was only passed through
+    // renames nothing: that would put an old meeting on top of the list and take the chunks out of a recording's draft.
     Q_INVOKABLE void beginTitleEditing();
-    Q_INVOKABLE void endTitleEditing(const QString& text);
+    Q_INVOKABLE void typeTitle(const QString& text);
+    Q_INVOKABLE void endTitleEditing();
     Q_INVOKABLE void submitTitle(const QString& text);
     // Does nothing for what is no file of this machine.
     Q_INVOKABLE void importChosen(const QUrl& file);
@@ -95,6 +98,8 @@ public:
 
 Q_SIGNALS:
     void titleChanged();
+    // Another meeting or page is selected.
+    void shownMeetingChanged();
     void panelsChanged();
     void isRecordingSessionVisibleChanged();
     void settingsChanged();
@@ -102,7 +107,7 @@ Q_SIGNALS:
     void isAskingNotionReplacementChanged();
     void statusMessageChanged();
     void longWorkChanged();
-    // The user wants a file to import; the view asks which.
+    // The user wants a file to import, and has to be asked which.
     void importRequested();
 
 private:
@@ -113,12 +118,14 @@ private:
     void followPlayback();
     [[nodiscard]] MeetingPanelsState panelsState() const;
     void changeSettings(const ProcessingSettings& settings);
+    void takeTypedTitle();
 
     AppModel& m_model;
     SpeakerReviewModel m_speakers;
     TranscriptPanelModel m_transcript;
     QTimer m_refresh;
     QTimer m_playbackClock;
+    std::optional<QString> m_typedTitle; // that is not the meeting's title yet
     MeetingPanelsState m_state;
     bool m_isSessionVisible = false;
     MeetingStatusPanel m_status;

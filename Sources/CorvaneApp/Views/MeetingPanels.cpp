@@ -1,6 +1,7 @@
 #include "CorvaneApp/Views/MeetingPanels.h"
 
 #include "CorvaneApp/Views/PanelText.h"
+#include "CorvaneCore/Library/StatusText.h"
 
 #include <QDir>
 
@@ -158,7 +159,7 @@ MeetingStatusPanel meetingStatusPanel(const MeetingPanelsState& state) {
     panel.primaryButton = primaryMeetingButton(state);
     panel.isProcessing = state.isProcessing;
     panel.progress = state.progress.estimatedProgress;
-    panel.progressText = QString::number(std::lround(100 * std::clamp(panel.progress, 0.0, 1.0))) + QStringLiteral("%");
+    panel.progressText = PanelText::tr("%1%").arg(std::lround(100 * std::clamp(panel.progress, 0.0, 1.0)));
     panel.secondaryButtons = secondaryButtons(state);
     return panel;
 }
@@ -187,7 +188,7 @@ std::vector<JobDetailRow> jobDetailRows(const MeetingPanelsState& state) {
         run = QDir(*state.lastRunDirectory).dirName();
     return {
         {PanelText::tr("Run"), run},
-        {PanelText::tr("Status"), orDash(state.jobStatus)},
+        {PanelText::tr("Status"), state.jobStatus ? statusText(*state.jobStatus) : orDash({})},
         {PanelText::tr("Message"), orDash(state.jobMessage)},
         {PanelText::tr("Elapsed"), elapsedText(state)},
         {PanelText::tr("Transcription"), durationOrDash(state.progress.transcriptionElapsed)},

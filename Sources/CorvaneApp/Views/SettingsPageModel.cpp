@@ -261,8 +261,14 @@ void SettingsPageModel::mapNotionProperty(int mapping, const QString& property) 
 
 UpdatePanel SettingsPageModel::updates() const {
     const UpdatesPart& updates = m_model.updates();
-    return updatePanel(updates.currentAppVersion(), updates.updateCheckState(), updates.lastUpdateCheckAt(),
-                       updates.updateCheckErrorMessage(), QLocale());
+    const UpdateCheckState& state = updates.updateCheckState();
+    UpdatePanel panel = updatePanel(updates.currentAppVersion(), state, updates.lastUpdateCheckAt(),
+                                    updates.updateCheckErrorMessage(), QLocale());
+    // A build that was told no address asked nobody: that is worth saying, but nothing has gone wrong.
+    if (state.kind == UpdateCheckState::Kind::failed && !updates.settings().hasOwnManifestURL())
+        panel.status = {
+            .iconName = QStringLiteral("info.circle"), .tone = QStringLiteral("secondary"), .text = state.message};
+    return panel;
 }
 
 bool SettingsPageModel::checksAutomatically() const {

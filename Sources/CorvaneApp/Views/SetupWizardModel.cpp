@@ -157,7 +157,8 @@ QVariantList SetupWizardModel::tools() const {
 }
 
 bool SetupWizardModel::isHomebrewWanted() const {
-    return !m_dependencySetup->brewReady() && !m_dependencySetup->distributionManagerReady();
+    const DependencySetupModel& setup = *m_dependencySetup;
+    return setup.hasLooked() && !setup.brewReady() && !setup.distributionManagerReady();
 }
 
 bool SetupWizardModel::isInstalling() const {

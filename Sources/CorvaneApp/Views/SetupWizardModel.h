@@ -76,7 +76,7 @@ public:
     // Local tools
     [[nodiscard]] DependencySetupModel& dependencySetup() { return *m_dependencySetup; }
     [[nodiscard]] QVariantList tools() const;
-    // There is nothing to install the tools with.
+    // There is nothing to install the tools with, as far as has been looked for.
     [[nodiscard]] bool isHomebrewWanted() const;
     [[nodiscard]] bool isInstalling() const;
     [[nodiscard]] bool canInstall() const;

@@ -3,6 +3,7 @@
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneApp/Views/PanelText.h"
 #include "CorvaneCore/Interfaces/Clock.h"
+#include "CorvaneCore/Library/StatusText.h"
 
 #include <algorithm>
 
@@ -56,7 +57,7 @@ std::vector<SidebarRow> SidebarModel::makeRows() const {
         SidebarRow row;
         row.meetingID = meeting.id;
         row.title = meeting.title;
-        row.status = meeting.status;
+        row.status = statusText(meeting.status);
         row.relativeTime = stableRelativeTime(timeOf(meeting.modifiedAt), now);
         row.isSelected = selected == SidebarItem::meeting(meeting.id);
         rows.push_back(std::move(row));
@@ -93,6 +94,10 @@ int SidebarModel::selectedRow() const {
 void SidebarModel::selectMeeting(const QString& meetingID) {
     if (m_model.library().find(meetingID))
         m_model.selectSidebarItem(SidebarItem::meeting(meetingID));
+}
+
+void SidebarModel::selectNoMeeting() {
+    m_model.selectSidebarItem(std::nullopt);
 }
 
 void SidebarModel::selectFooterItem(int item) {

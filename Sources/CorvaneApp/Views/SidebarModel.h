@@ -75,6 +75,8 @@ public:
     // -1 if none is selected.
     Q_INVOKABLE int selectedRow() const;
     Q_INVOKABLE void selectMeeting(const QString& meetingID);
+    // The page of a meeting without any, from which the first is recorded or imported.
+    Q_INVOKABLE void selectNoMeeting();
     Q_INVOKABLE void selectFooterItem(int item);
     Q_INVOKABLE void showInFileManager(const QString& meetingID);
     // Asks first.

@@ -1,5 +1,7 @@
 #include "CorvaneContract/Files/Files.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
@@ -17,7 +19,7 @@ namespace corvane {
 namespace {
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
-    throw FileError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), reason));
+    throw FileError(UserText::tr("%1: %2").arg(QFileInfo(path).fileName(), reason));
 }
 
 // An errno, 0 if everything was written.
@@ -74,7 +76,7 @@ std::optional<QString> readTextFile(const QString& path, qint64 maximumBytes) {
 // and puts the file cut short in the place of the whole one.
 void writeFileAtomically(const QString& path, const QByteArray& content) {
     if (path.contains(QChar(0)))
-        fail(path, QStringLiteral("Invalid argument"));
+        fail(path, UserText::tr("Invalid argument"));
     // The target of a link is replaced, not the link.
     const QFileInfo info(path);
     const QByteArray target = QFile::encodeName(info.isSymLink() && info.exists() ? info.canonicalFilePath() : path);
@@ -117,7 +119,7 @@ void createPrivateDirectory(const QString& path) {
     if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0 && errno != EEXIST)
         fail(path, qt_error_string(errno));
     if (!QFileInfo(path).isDir())
-        fail(path, QStringLiteral("Not a directory"));
+        fail(path, UserText::tr("Not a directory"));
 }
 
 } // namespace corvane

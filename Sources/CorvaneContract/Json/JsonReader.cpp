@@ -1,5 +1,7 @@
 #include "CorvaneContract/Json/JsonReader.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <cctype>
 #include <cmath>
 #include <utility>
@@ -16,7 +18,7 @@ template<typename T>
 T valueOr(simdjson::simdjson_result<T>&& result, const char* expected) {
     T value;
     if (std::move(result).get(value) != simdjson::SUCCESS)
-        throw JsonError(QStringLiteral("expected %1").arg(QLatin1String(expected)));
+        throw JsonError(UserText::tr(expected));
     return value;
 }
 
@@ -56,12 +58,12 @@ QByteArray withLongIntegersAsFloats(const char* utf8, std::size_t size) {
 } // namespace
 
 QString JsonView::string() const {
-    return toQString(valueOr(m_element.get_string(), "a string"));
+    return toQString(valueOr(m_element.get_string(), QT_TRANSLATE_NOOP("UserText", "expected a string")));
 }
 
 double JsonView::number() const {
     // get_double() takes integers as well; it does not take strings or booleans.
-    return valueOr(m_element.get_double(), "a number");
+    return valueOr(m_element.get_double(), QT_TRANSLATE_NOOP("UserText", "expected a number"));
 }
 
 std::int64_t JsonView::integer() const {
@@ -70,20 +72,20 @@ std::int64_t JsonView::integer() const {
         return value;
     const double real = number();
     if (std::trunc(real) != real || std::abs(real) > 9007199254740992.0)
-        throw JsonError(QStringLiteral("expected an integer"));
+        throw JsonError(UserText::tr("expected an integer"));
     return static_cast<std::int64_t>(real);
 }
 
 bool JsonView::boolean() const {
-    return valueOr(m_element.get_bool(), "a boolean");
+    return valueOr(m_element.get_bool(), QT_TRANSLATE_NOOP("UserText", "expected a boolean"));
 }
 
 JsonObject JsonView::object() const {
-    return JsonObject(valueOr(m_element.get_object(), "an object"));
+    return JsonObject(valueOr(m_element.get_object(), QT_TRANSLATE_NOOP("UserText", "expected an object")));
 }
 
 std::vector<JsonView> JsonView::array() const {
-    const auto elements = valueOr(m_element.get_array(), "an array");
+    const auto elements = valueOr(m_element.get_array(), QT_TRANSLATE_NOOP("UserText", "expected an array"));
     std::vector<JsonView> result;
     result.reserve(elements.size());
     for (auto element : elements)
@@ -111,7 +113,7 @@ JSONValue JsonView::free() const {
 JsonView JsonObject::required(const char* key) const {
     simdjson::dom::element element;
     if (m_object.at_key(key).get(element) != simdjson::SUCCESS)
-        throw JsonError(QStringLiteral("missing key “%1”").arg(QLatin1String(key)));
+        throw JsonError(UserText::tr("missing key “%1”").arg(QLatin1String(key)));
     return JsonView(element);
 }
 
@@ -137,7 +139,7 @@ JsonDocument::JsonDocument(const char* utf8, std::size_t size) {
         error = m_parser.parse(widened.constData(), static_cast<std::size_t>(widened.size())).get(m_root);
     }
     if (error != simdjson::SUCCESS)
-        throw JsonError(QStringLiteral("not valid JSON: %1").arg(QLatin1String(simdjson::error_message(error))));
+        throw JsonError(UserText::tr("not valid JSON: %1").arg(QLatin1String(simdjson::error_message(error))));
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Json/JsonWriter.h"
+#include "CorvaneContract/Text/UserText.h"
 
 #include <QLocale>
 
@@ -22,7 +23,7 @@ QUuid decodeUuid(JsonView view) {
     const QString form = view.string();
     const QUuid uuid = form.size() == 36 ? QUuid::fromString(form) : QUuid();
     if (uuid.isNull() && form != uuidText(QUuid()))
-        throw JsonError(QStringLiteral("expected a UUID"));
+        throw JsonError(UserText::tr("expected a UUID"));
     return uuid;
 }
 

@@ -1,5 +1,7 @@
 #include "CorvaneCore/Calls/ActiveCallDetector.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QLocale>
 #include <QUrl>
 
@@ -110,7 +112,7 @@ QFuture<std::optional<DetectedCall>> ActiveCallDetector::detectCurrentCall() {
 
 std::optional<DetectedCall> ActiveCallDetector::detectCall(const FrontmostApplication& application) {
     const QString& bundleID = application.bundleIdentifier;
-    const QString appName = application.localizedName.value_or(QStringLiteral("current app"));
+    const QString appName = application.localizedName.value_or(UserText::tr("current app"));
     if (isZoom(bundleID, appName))
         return nativeCall(CallProvider::zoom, {QLatin1String("app:zoom:"), QLatin1String("meeting")}, application,
                           appName);

@@ -1,5 +1,7 @@
 #include "CorvaneCore/Calls/CallRecordingPromptController.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <utility>
 
 namespace corvane {
@@ -7,10 +9,10 @@ namespace corvane {
 namespace {
 
 CallNoticeContent contentFor(const DetectedCall& call) {
-    return {.title = QStringLiteral("Record this meeting?"),
+    return {.title = UserText::tr("Record this meeting?"),
             .subtitle = call.subtitle(),
-            .buttons = {{QStringLiteral("Not now"), CallNoticeAnswer::notNow},
-                        {QStringLiteral("Record"), CallNoticeAnswer::record}}};
+            .buttons = {{UserText::tr("Not now"), CallNoticeAnswer::notNow},
+                        {UserText::tr("Record"), CallNoticeAnswer::record}}};
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "CorvaneCore/Calls/DetectedCall.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 namespace corvane {
 
 QString callProviderName(CallProvider provider) {
@@ -19,7 +21,7 @@ QString callProviderName(CallProvider provider) {
 QString DetectedCall::subtitle() const {
     const QString name = callProviderName(provider);
     return title && !title->isEmpty() ? name + QStringLiteral(" - ") + *title
-                                      : name + QStringLiteral(" detected in ") + source + QLatin1Char('.');
+                                      : UserText::tr("%1 detected in %2.").arg(name, source);
 }
 
 QString DetectedCall::recordingTitle(const QDateTime& now) const {

@@ -1,5 +1,7 @@
 #include "CorvaneCore/Interfaces/HttpStatusText.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -15,55 +17,55 @@ struct StatusText {
 
 // RFC 9110, section 15, and RFC 6585.
 constexpr std::array statusTexts{
-    StatusText{300, "multiple choices"},
-    StatusText{301, "moved permanently"},
-    StatusText{302, "found"},
-    StatusText{303, "see other"},
-    StatusText{304, "not modified"},
-    StatusText{307, "temporarily redirected"},
-    StatusText{308, "permanently redirected"},
-    StatusText{400, "bad request"},
-    StatusText{401, "unauthorized"},
-    StatusText{402, "payment required"},
-    StatusText{403, "forbidden"},
-    StatusText{404, "not found"},
-    StatusText{405, "method not allowed"},
-    StatusText{406, "unacceptable"},
-    StatusText{407, "proxy authentication required"},
-    StatusText{408, "request timed out"},
-    StatusText{409, "conflict"},
-    StatusText{410, "no longer exists"},
-    StatusText{411, "length required"},
-    StatusText{412, "precondition failed"},
-    StatusText{413, "request too large"},
-    StatusText{414, "requested URL too long"},
-    StatusText{415, "unsupported media type"},
-    StatusText{416, "requested range not satisfiable"},
-    StatusText{417, "expectation failed"},
-    StatusText{422, "unprocessable content"},
-    StatusText{429, "too many requests"},
-    StatusText{500, "internal server error"},
-    StatusText{501, "unimplemented"},
-    StatusText{502, "bad gateway"},
-    StatusText{503, "service unavailable"},
-    StatusText{504, "gateway timed out"},
-    StatusText{505, "unsupported version"},
+    StatusText{300, QT_TRANSLATE_NOOP("UserText", "multiple choices")},
+    StatusText{301, QT_TRANSLATE_NOOP("UserText", "moved permanently")},
+    StatusText{302, QT_TRANSLATE_NOOP("UserText", "found")},
+    StatusText{303, QT_TRANSLATE_NOOP("UserText", "see other")},
+    StatusText{304, QT_TRANSLATE_NOOP("UserText", "not modified")},
+    StatusText{307, QT_TRANSLATE_NOOP("UserText", "temporarily redirected")},
+    StatusText{308, QT_TRANSLATE_NOOP("UserText", "permanently redirected")},
+    StatusText{400, QT_TRANSLATE_NOOP("UserText", "bad request")},
+    StatusText{401, QT_TRANSLATE_NOOP("UserText", "unauthorized")},
+    StatusText{402, QT_TRANSLATE_NOOP("UserText", "payment required")},
+    StatusText{403, QT_TRANSLATE_NOOP("UserText", "forbidden")},
+    StatusText{404, QT_TRANSLATE_NOOP("UserText", "not found")},
+    StatusText{405, QT_TRANSLATE_NOOP("UserText", "method not allowed")},
+    StatusText{406, QT_TRANSLATE_NOOP("UserText", "unacceptable")},
+    StatusText{407, QT_TRANSLATE_NOOP("UserText", "proxy authentication required")},
+    StatusText{408, QT_TRANSLATE_NOOP("UserText", "request timed out")},
+    StatusText{409, QT_TRANSLATE_NOOP("UserText", "conflict")},
+    StatusText{410, QT_TRANSLATE_NOOP("UserText", "no longer exists")},
+    StatusText{411, QT_TRANSLATE_NOOP("UserText", "length required")},
+    StatusText{412, QT_TRANSLATE_NOOP("UserText", "precondition failed")},
+    StatusText{413, QT_TRANSLATE_NOOP("UserText", "request too large")},
+    StatusText{414, QT_TRANSLATE_NOOP("UserText", "requested URL too long")},
+    StatusText{415, QT_TRANSLATE_NOOP("UserText", "unsupported media type")},
+    StatusText{416, QT_TRANSLATE_NOOP("UserText", "requested range not satisfiable")},
+    StatusText{417, QT_TRANSLATE_NOOP("UserText", "expectation failed")},
+    StatusText{422, QT_TRANSLATE_NOOP("UserText", "unprocessable content")},
+    StatusText{429, QT_TRANSLATE_NOOP("UserText", "too many requests")},
+    StatusText{500, QT_TRANSLATE_NOOP("UserText", "internal server error")},
+    StatusText{501, QT_TRANSLATE_NOOP("UserText", "unimplemented")},
+    StatusText{502, QT_TRANSLATE_NOOP("UserText", "bad gateway")},
+    StatusText{503, QT_TRANSLATE_NOOP("UserText", "service unavailable")},
+    StatusText{504, QT_TRANSLATE_NOOP("UserText", "gateway timed out")},
+    StatusText{505, QT_TRANSLATE_NOOP("UserText", "unsupported version")},
 };
 
 const char* classText(int status) {
     switch (status / 100) {
     case 1:
-        return "informational";
+        return QT_TRANSLATE_NOOP("UserText", "informational");
     case 2:
-        return "no error";
+        return QT_TRANSLATE_NOOP("UserText", "no error");
     case 3:
-        return "redirected";
+        return QT_TRANSLATE_NOOP("UserText", "redirected");
     case 4:
-        return "client error";
+        return QT_TRANSLATE_NOOP("UserText", "client error");
     case 5:
-        return "server error";
+        return QT_TRANSLATE_NOOP("UserText", "server error");
     default:
-        return "no valid status";
+        return QT_TRANSLATE_NOOP("UserText", "no valid status");
     }
 }
 
@@ -72,7 +74,7 @@ const char* classText(int status) {
 QString httpStatusText(int status) {
     const auto* const found = std::find_if(std::begin(statusTexts), std::end(statusTexts),
                                            [status](const StatusText& one) { return one.status == status; });
-    return QString::fromLatin1(found == std::end(statusTexts) ? classText(status) : found->text);
+    return UserText::tr(found == std::end(statusTexts) ? classText(status) : found->text);
 }
 
 } // namespace corvane

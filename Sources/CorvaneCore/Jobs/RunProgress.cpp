@@ -1,5 +1,7 @@
 #include "CorvaneCore/Jobs/RunProgress.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <algorithm>
 
 namespace corvane {
@@ -29,16 +31,16 @@ double secondsBetween(const QDateTime& from, const QDateTime& to) {
 
 std::optional<QString> llmText(const WorkerJobEvent& event) {
     if (event.type == jobEvents::llmCompleted) {
-        const QString model = stringAt(event.payload, QStringLiteral("model")).value_or(QStringLiteral("local model"));
-        return QStringLiteral("Speaker context generated with ") + model + QLatin1Char('.');
+        const QString model = stringAt(event.payload, QStringLiteral("model")).value_or(UserText::tr("local model"));
+        return UserText::tr("Speaker context generated with %1.").arg(model);
     }
     if (event.type == jobEvents::llmFailed) {
         const auto error = stringAt(event.payload, QStringLiteral("error"));
-        return error ? std::optional(QStringLiteral("Using transcript snippets. Ollama unavailable: ") + *error)
+        return error ? std::optional(UserText::tr("Using transcript snippets. Ollama unavailable: %1").arg(*error))
                      : std::nullopt;
     }
     if (event.type == jobEvents::llmSkipped)
-        return QStringLiteral("Using transcript snippets.");
+        return UserText::tr("Using transcript snippets.");
     return std::nullopt;
 }
 

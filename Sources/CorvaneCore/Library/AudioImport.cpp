@@ -1,5 +1,6 @@
 #include "CorvaneCore/Library/AudioImport.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneCore/Library/FileNames.h"
 
@@ -14,7 +15,7 @@ namespace {
 constexpr qint64 blockBytes = 1024 * 1024;
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
-    throw AudioImportError(QStringLiteral("%1: %2").arg(lastPathComponent(path), reason));
+    throw AudioImportError(UserText::tr("%1: %2").arg(lastPathComponent(path), reason));
 }
 
 // A write that is cut short, the first sign of a full disk, is followed by one that tells the reason.
@@ -40,9 +41,9 @@ QString uniqueImportedAudioURL(const QString& recordings, const QString& source)
 void copyAudioFile(const QString& source, const QString& target, const std::function<void(double)>& progress) {
     const QFileInfo info(source);
     if (!info.exists())
-        fail(source, QStringLiteral("No such file or directory"));
+        fail(source, UserText::tr("No such file or directory"));
     if (!info.isFile())
-        fail(source, QStringLiteral("Not a file"));
+        fail(source, UserText::tr("Not a file"));
     QFile input(source);
     if (!input.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         fail(source, input.errorString());

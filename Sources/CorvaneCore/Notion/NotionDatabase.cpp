@@ -1,5 +1,7 @@
 #include "CorvaneCore/Notion/NotionDatabase.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QStringList>
 
 namespace corvane {
@@ -144,7 +146,7 @@ std::vector<NotionPageMatch> notionPageMatches(const JSONValue::Object& answer,
             continue;
         const QString title = pageTitle(properties);
         matches.push_back({.id = *id,
-                           .title = title.isEmpty() ? QStringLiteral("Existing meeting page") : title,
+                           .title = title.isEmpty() ? UserText::tr("Existing meeting page") : title,
                            .url = stringAt(*page, QStringLiteral("url")).value_or(QString())});
     }
     return matches;

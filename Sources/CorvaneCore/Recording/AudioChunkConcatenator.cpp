@@ -1,6 +1,7 @@
 #include "CorvaneCore/Recording/AudioChunkConcatenator.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Recording/MonoStream.h"
 
@@ -16,7 +17,7 @@ constexpr std::size_t blockBytes = 1024 * 1024;
 
 void writeAll(AudioFileWriter& output, const QString& path, const std::byte* frames, std::size_t count) {
     if (!output.write(frames, count))
-        throw AudioFileError(QStringLiteral("%1: the disk took no more").arg(lastPathComponent(path)));
+        throw AudioFileError(UserText::tr("%1: the disk took no more").arg(lastPathComponent(path)));
 }
 
 class Joiner {
@@ -88,11 +89,11 @@ std::unique_ptr<AudioFileReader> openChunk(AudioFiles& files, const QString& chu
 } // namespace
 
 AudioConcatenationError AudioConcatenationError::noChunks() {
-    return AudioConcatenationError(QStringLiteral("noChunks"));
+    return AudioConcatenationError(UserText::tr("noChunks"));
 }
 
 AudioConcatenationError AudioConcatenationError::unreadableChunk(const QString& url) {
-    return AudioConcatenationError(QStringLiteral("unreadableChunk(%1)").arg(url));
+    return AudioConcatenationError(UserText::tr("unreadableChunk(%1)").arg(url));
 }
 
 QString AudioChunkConcatenator::concatenate(AudioFiles& files, std::vector<QString> chunks, const QString& output,

@@ -1,6 +1,7 @@
 #include "CorvaneCore/Recording/AudioFileMixer.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Recording/MonoStream.h"
 #include "CorvaneCore/Recording/RenderAhead.h"
 
@@ -76,11 +77,11 @@ std::size_t rendererCount(const Sources& sources, std::size_t total) {
 } // namespace
 
 AudioFileMixError AudioFileMixError::noInputs() {
-    return AudioFileMixError(QStringLiteral("No audio files were available to mix."));
+    return AudioFileMixError(UserText::tr("No audio files were available to mix."));
 }
 
 AudioFileMixError AudioFileMixError::renderingFailed(const QString& reason) {
-    return AudioFileMixError(QStringLiteral("Audio mix failed: ") + reason);
+    return AudioFileMixError(UserText::tr("Audio mix failed: %1").arg(reason));
 }
 
 QString AudioFileMixer::mix(AudioFiles& files, const QString& primary, const QString& secondary, const QString& output,
@@ -105,7 +106,7 @@ QString AudioFileMixer::mix(AudioFiles& files, const QString& primary, const QSt
     std::size_t done = 0;
     for (auto mixed = rendered.next(); !mixed.empty(); mixed = rendered.next()) {
         if (!file->write(std::as_bytes(mixed).data(), mixed.size()))
-            throw AudioFileMixError::renderingFailed(QStringLiteral("the disk took no more."));
+            throw AudioFileMixError::renderingFailed(UserText::tr("the disk took no more."));
         done += mixed.size();
         if (progress)
             progress(static_cast<double>(done) / static_cast<double>(total));

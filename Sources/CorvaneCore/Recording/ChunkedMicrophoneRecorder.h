@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Recording/ChunkSeries.h"
 #include "CorvaneCore/Recording/RecordingState.h"
 
@@ -15,7 +16,7 @@ namespace corvane {
 // An operation that does not fit the recorder's state. Reads as the name of its case.
 class RecorderError : public Error {
 public:
-    RecorderError() : Error(QStringLiteral("notRecording")) {}
+    RecorderError() : Error(UserText::tr("notRecording")) {}
 };
 
 class ChunkedMicrophoneRecorder {

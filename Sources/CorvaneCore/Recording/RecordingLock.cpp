@@ -1,5 +1,7 @@
 #include "CorvaneCore/Recording/RecordingLock.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QFile>
 
 namespace corvane {
@@ -20,9 +22,9 @@ RecordingLock::RecordingLock(const QString& meetingDirectory)
     if (m_lock.tryLock(patienceMilliseconds))
         return;
     if (m_lock.error() == QLockFile::LockFailedError)
-        throw RecordingLockError(QStringLiteral("this meeting is being recorded by another process"));
+        throw RecordingLockError(UserText::tr("this meeting is being recorded by another process"));
     throw RecordingLockError(
-        QStringLiteral("%1 cannot be written; the disk may be full").arg(lockPath(meetingDirectory)));
+        UserText::tr("%1 cannot be written; the disk may be full").arg(lockPath(meetingDirectory)));
 }
 
 bool RecordingLock::isHeld(const QString& meetingDirectory) {

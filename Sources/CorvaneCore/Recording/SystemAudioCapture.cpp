@@ -1,5 +1,7 @@
 #include "CorvaneCore/Recording/SystemAudioCapture.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 namespace corvane {
 
 QString rawValue(SystemAudioCaptureMode mode) {
@@ -14,25 +16,25 @@ std::optional<SystemAudioCaptureMode> systemAudioCaptureMode(const QString& text
 }
 
 QString title(SystemAudioCaptureMode mode) {
-    return mode == SystemAudioCaptureMode::off ? QStringLiteral("Microphone only")
-                                               : QStringLiteral("Microphone + system audio");
+    return mode == SystemAudioCaptureMode::off ? UserText::tr("Microphone only")
+                                               : UserText::tr("Microphone + system audio");
 }
 
 SystemAudioCaptureError SystemAudioCaptureError::unsupportedOS() {
-    return SystemAudioCaptureError(QStringLiteral("System audio capture requires macOS 14.2 or newer."));
+    return SystemAudioCaptureError(UserText::tr("System audio capture requires macOS 14.2 or newer."));
 }
 
 SystemAudioCaptureError SystemAudioCaptureError::formatUnavailable() {
-    return SystemAudioCaptureError(QStringLiteral("System audio format is unavailable."));
+    return SystemAudioCaptureError(UserText::tr("System audio format is unavailable."));
 }
 
 SystemAudioCaptureError SystemAudioCaptureError::notRecording() {
-    return SystemAudioCaptureError(QStringLiteral("System audio recorder is not recording."));
+    return SystemAudioCaptureError(UserText::tr("System audio recorder is not recording."));
 }
 
 SystemAudioCaptureError SystemAudioCaptureError::coreAudioStatus(const QString& operation, std::int32_t status) {
     return SystemAudioCaptureError(
-        QStringLiteral("%1 failed with Core Audio status %2.").arg(operation, QString::number(status)));
+        UserText::tr("%1 failed with Core Audio status %2.").arg(operation, QString::number(status)));
 }
 
 } // namespace corvane

@@ -60,11 +60,11 @@ Level levelOf(const std::byte* frames, std::size_t samples, AudioFormat::Sample 
 QString describe(const AudioInputEvent& event) {
     switch (event.kind) {
     case AudioInputEvent::Kind::deviceChanged:
-        return QStringLiteral("changed to %1").arg(event.device);
+        return deviceChangeWords::changedTo + event.device;
     case AudioInputEvent::Kind::deviceLost:
-        return QStringLiteral("lost");
+        return deviceChangeWords::lost;
     case AudioInputEvent::Kind::deviceBack:
-        return QStringLiteral("back: %1").arg(event.device);
+        return deviceChangeWords::back + event.device;
     case AudioInputEvent::Kind::gap:
         break;
     }

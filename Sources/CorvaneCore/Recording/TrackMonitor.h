@@ -33,6 +33,13 @@ struct TrackHealth {
     friend bool operator==(const TrackHealth&, const TrackHealth&) = default;
 };
 
+// How a change of the device begins in TrackHealth::deviceChanges, and so in the report on the disk: never translated.
+namespace deviceChangeWords {
+inline const QString changedTo = QStringLiteral("changed to "); // the device's name follows
+inline const QString back = QStringLiteral("back: ");           // likewise
+inline const QString lost = QStringLiteral("lost");
+} // namespace deviceChangeWords
+
 class TrackMonitor {
 public:
     enum class Outcome { written, noFile, writeFailed };

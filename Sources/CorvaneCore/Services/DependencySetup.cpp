@@ -1,6 +1,6 @@
 #include "CorvaneCore/Services/DependencySetup.h"
 
-#include <QCoreApplication>
+#include "CorvaneContract/Text/UserText.h"
 
 #include <utility>
 
@@ -27,14 +27,12 @@ QStringList whisperCommand(DependencySetup::Network network) {
 }
 
 QString handInstallText(const QStringList& command) {
-    return QCoreApplication::translate("PanelText", "To install the packages yourself, run in a terminal: %1")
-        .arg(command.join(QLatin1Char(' ')));
+    return UserText::tr("To install the packages yourself, run in a terminal: %1").arg(command.join(QLatin1Char(' ')));
 }
 
 QString withoutUvText(const QString& program) {
-    return QCoreApplication::translate("PanelText",
-                                       "uv is not among the packages of %1. See https://docs.astral.sh/uv/ for how to "
-                                       "get it into /usr/local/bin, then click Check Again.")
+    return UserText::tr("uv is not among the packages of %1. See https://docs.astral.sh/uv/ for how to "
+                        "get it into /usr/local/bin, then click Check Again.")
         .arg(program);
 }
 
@@ -100,7 +98,7 @@ QString DependencySetup::installMissingTools(const ReadyTools& known) const {
     // The statuses are not looked at: the look at the tools that follows an installation says what worked.
     if (commandExists(uv)) {
         const QString output = runTool(whisperCommand(Network::online)).output;
-        log << (output.isEmpty() ? QStringLiteral("whispermlx verified") : output);
+        log << (output.isEmpty() ? UserText::tr("whispermlx verified") : output);
     }
     return log.join(QLatin1Char('\n')).trimmed();
 }

@@ -1,6 +1,7 @@
 #include "CorvaneCore/Services/DependencySetupModel.h"
 
-#include <QCoreApplication>
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QtConcurrentRun>
 
 #include <utility>
@@ -62,8 +63,10 @@ void DependencySetupModel::refresh() {
 }
 
 void DependencySetupModel::checkFrom(std::size_t number) {
-    if (number == checks().size())
+    if (number == checks().size()) {
+        publish(m_hasLooked, true);
         return;
+    }
     const Check& check = checks()[number];
     QtConcurrent::run(m_threads.get(), [setup = m_setup, question = check.question] {
         return question(setup);
@@ -77,7 +80,7 @@ void DependencySetupModel::installMissingTools() {
     if (m_isRunning)
         return;
     publish(m_isRunning, true);
-    publish(m_message, QCoreApplication::translate("PanelText", "Starting dependency setup..."));
+    publish(m_message, UserText::tr("Starting dependency setup..."));
     const ReadyTools known{.python = m_pythonReady, .uv = m_uvReady, .ffmpeg = m_ffmpegReady};
     QtConcurrent::run(m_threads.get(), [setup = m_setup, known] {
         return setup.installMissingTools(known);
@@ -93,6 +96,7 @@ void DependencySetupModel::reset() {
         return;
     for (const Check& check : checks())
         this->*check.field = false;
+    m_hasLooked = false;
     m_message.clear();
     Q_EMIT changed();
 }

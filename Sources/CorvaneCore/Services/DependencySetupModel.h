@@ -22,6 +22,7 @@ class DependencySetupModel final : public QObject {
     Q_PROPERTY(bool ffmpegReady READ ffmpegReady NOTIFY changed)
     Q_PROPERTY(bool whisperReady READ whisperReady NOTIFY changed)
     Q_PROPERTY(bool distributionManagerReady READ distributionManagerReady NOTIFY changed)
+    Q_PROPERTY(bool hasLooked READ hasLooked NOTIFY changed)
     Q_PROPERTY(bool allReady READ allReady NOTIFY changed)
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
@@ -37,6 +38,8 @@ public:
     [[nodiscard]] bool whisperReady() const { return m_whisperReady; }
     // The distribution's own package manager, which does where there is no Homebrew.
     [[nodiscard]] bool distributionManagerReady() const { return m_distributionManagerReady; }
+    // Whether all of these were asked for once. Before that, what is false may only be unknown.
+    [[nodiscard]] bool hasLooked() const { return m_hasLooked; }
     // Homebrew is not part of it: it is only the means.
     [[nodiscard]] bool allReady() const { return m_pythonReady && m_uvReady && m_ffmpegReady && m_whisperReady; }
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
@@ -70,6 +73,7 @@ private:
     bool m_ffmpegReady = false;
     bool m_whisperReady = false;
     bool m_distributionManagerReady = false;
+    bool m_hasLooked = false;
     bool m_isRunning = false;
     QString m_message;
 };

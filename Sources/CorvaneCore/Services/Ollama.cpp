@@ -1,8 +1,7 @@
 #include "CorvaneCore/Services/Ollama.h"
 
 #include "CorvaneContract/Json/JsonReader.h"
-
-#include <QCoreApplication>
+#include "CorvaneContract/Text/UserText.h"
 
 #include <algorithm>
 #include <chrono>
@@ -14,11 +13,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 longestAnswer = 4LL * 1024 * 1024; // bytes, thousands of models
-
-// Under the context of the words that a panel shows.
-struct PanelText {
-    Q_DECLARE_TR_FUNCTIONS(PanelText)
-};
 
 OllamaService serviceIn(const Outcome<HttpAnswer>& outcome) {
     try {
@@ -91,17 +85,17 @@ QString ollamaStatusTitle(OllamaState state) {
     case OllamaState::unknown:
         break;
     case OllamaState::checking:
-        return PanelText::tr("Checking Ollama");
+        return UserText::tr("Checking Ollama");
     case OllamaState::ready:
-        return PanelText::tr("Ollama is ready");
+        return UserText::tr("Ollama is ready");
     case OllamaState::modelMissing:
-        return PanelText::tr("Ollama is running");
+        return UserText::tr("Ollama is running");
     case OllamaState::installed:
-        return PanelText::tr("Ollama is installed");
+        return UserText::tr("Ollama is installed");
     case OllamaState::missing:
-        return PanelText::tr("Ollama is not installed");
+        return UserText::tr("Ollama is not installed");
     }
-    return PanelText::tr("Ollama status unknown");
+    return UserText::tr("Ollama status unknown");
 }
 
 QString ollamaStatusDetail(OllamaState state) {
@@ -109,20 +103,20 @@ QString ollamaStatusDetail(OllamaState state) {
     case OllamaState::unknown:
         break;
     case OllamaState::checking:
-        return PanelText::tr("Looking for the local Ollama service and model.");
+        return UserText::tr("Looking for the local Ollama service and model.");
     case OllamaState::ready:
-        return PanelText::tr("The qwen3:1.7b model is available. New transcripts can use local speaker hints and "
-                             "summaries.");
+        return UserText::tr("The qwen3:1.7b model is available. New transcripts can use local speaker hints and "
+                            "summaries.");
     case OllamaState::modelMissing:
-        return PanelText::tr("Install the qwen3:1.7b model to enable richer local summaries. Transcript snippets "
-                             "still work without it.");
+        return UserText::tr("Install the qwen3:1.7b model to enable richer local summaries. Transcript snippets "
+                            "still work without it.");
     case OllamaState::installed:
-        return PanelText::tr("Ollama was found on this Mac, but the local service is not responding yet.");
+        return UserText::tr("Ollama was found on this Mac, but the local service is not responding yet.");
     case OllamaState::missing:
-        return PanelText::tr("Transcript snippets work without Ollama. Install Ollama only if you want richer local "
-                             "summaries.");
+        return UserText::tr("Transcript snippets work without Ollama. Install Ollama only if you want richer local "
+                            "summaries.");
     }
-    return PanelText::tr("Click refresh to check whether Ollama is available.");
+    return UserText::tr("Click refresh to check whether Ollama is available.");
 }
 
 } // namespace corvane

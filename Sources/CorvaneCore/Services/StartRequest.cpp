@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <QUrl>
 
 #include <array>
 #include <utility>
@@ -55,6 +57,15 @@ bool takeOption(const QString& option, StartCommand& command) {
     return true;
 }
 
+// What a file is called, or nothing for an address of something else.
+std::optional<QString> pathOf(const QString& argument, const QString& currentDirectory) {
+    static const QRegularExpression address(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*://"));
+    if (!argument.contains(address))
+        return QDir::cleanPath(QDir(currentDirectory).absoluteFilePath(argument));
+    const QUrl url(argument);
+    return url.isLocalFile() ? std::optional(QDir::cleanPath(url.toLocalFile())) : std::nullopt;
+}
+
 } // namespace
 
 StartCommand parseStartCommand(const QStringList& arguments, const QString& currentDirectory) {
@@ -71,8 +82,10 @@ StartCommand parseStartCommand(const QStringList& arguments, const QString& curr
                 return refusal(QStringLiteral("unknown option %1; see corvane --help").arg(argument));
         } else if (argument.isEmpty()) {
             return refusal(QStringLiteral("the name of a file is empty"));
+        } else if (const auto path = pathOf(argument, currentDirectory)) {
+            command.request.files.append(*path);
         } else {
-            command.request.files.append(QDir::cleanPath(QDir(currentDirectory).absoluteFilePath(argument)));
+            return refusal(QStringLiteral("%1 is not a file on this machine").arg(argument));
         }
         if (command.kind != StartCommand::Kind::start)
             return command;

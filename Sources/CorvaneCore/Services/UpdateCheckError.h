@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 
 namespace corvane {
 
@@ -10,15 +11,15 @@ public:
     enum class Case { httpStatus, missingRequiredField, invalidResponse };
 
     [[nodiscard]] static UpdateCheckError httpStatus(int code) {
-        return {Case::httpStatus, QStringLiteral("The update server returned HTTP %1.").arg(code)};
+        return {Case::httpStatus, UserText::tr("The update server returned HTTP %1.").arg(code)};
     }
     // There, but blank.
     [[nodiscard]] static UpdateCheckError missingRequiredField(const char* name) {
         return {Case::missingRequiredField,
-                QStringLiteral("The update manifest is missing %1.").arg(QLatin1String(name))};
+                UserText::tr("The update manifest is missing %1.").arg(QLatin1String(name))};
     }
     [[nodiscard]] static UpdateCheckError invalidResponse() {
-        return {Case::invalidResponse, QStringLiteral("The update server returned an invalid response.")};
+        return {Case::invalidResponse, UserText::tr("The update server returned an invalid response.")};
     }
 
     [[nodiscard]] Case which() const { return m_case; }

@@ -3,6 +3,7 @@
 #include "CorvaneContract/Jobs/WorkerJobEvent.h"
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Json/JsonWriter.h"
+#include "CorvaneContract/Text/UserText.h"
 
 namespace corvane {
 
@@ -11,14 +12,14 @@ namespace {
 QUrl address(const JsonView& view, const char* key) {
     QUrl url(view.string(), QUrl::StrictMode);
     if (url.isEmpty() || !url.isValid())
-        throw JsonError(QStringLiteral("the value of \"%1\" is no address").arg(QLatin1String(key)));
+        throw JsonError(UserText::tr("the value of \"%1\" is no address").arg(QLatin1String(key)));
     return url;
 }
 
 QDateTime date(const JsonView& view, const char* key) {
     auto moment = parseInternetDateTime(view.string());
     if (!moment)
-        throw JsonError(QStringLiteral("the value of \"%1\" is no date").arg(QLatin1String(key)));
+        throw JsonError(UserText::tr("the value of \"%1\" is no date").arg(QLatin1String(key)));
     return *std::move(moment);
 }
 

@@ -1,6 +1,7 @@
 #include "CorvaneCore/Services/UpdateText.h"
 
-#include <QCoreApplication>
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QRegularExpression>
 
 namespace corvane {
@@ -16,11 +17,6 @@ QString mediumDateFormat(const QLocale& locale) {
     return format.replace(QLatin1String("MMMM"), QLatin1String("MMM"));
 }
 
-// Under the context of the words that a panel shows.
-struct PanelText {
-    Q_DECLARE_TR_FUNCTIONS(PanelText)
-};
-
 } // namespace
 
 QString updateDateText(const QDateTime& moment, const QLocale& locale) {
@@ -30,28 +26,28 @@ QString updateDateText(const QDateTime& moment, const QLocale& locale) {
 }
 
 QString currentVersionText(const AppVersion& version) {
-    return PanelText::tr("Current version: %1 (%2)").arg(version.version, QString::number(version.build));
+    return UserText::tr("Current version: %1 (%2)").arg(version.version, QString::number(version.build));
 }
 
 QString lastCheckedText(const std::optional<QDateTime>& lastCheckAt, const QLocale& locale) {
-    return lastCheckAt ? PanelText::tr("Last checked: %1").arg(updateDateText(*lastCheckAt, locale))
-                       : PanelText::tr("Last checked: Never");
+    return lastCheckAt ? UserText::tr("Last checked: %1").arg(updateDateText(*lastCheckAt, locale))
+                       : UserText::tr("Last checked: Never");
 }
 
 QString updateStatusText(const UpdateCheckState& state) {
     const UpdateManifest manifest = state.manifest.value_or(UpdateManifest());
     switch (state.kind) {
     case UpdateCheckState::Kind::available:
-        return PanelText::tr("Version %1 (%2) is available.").arg(manifest.version, QString::number(manifest.build));
+        return UserText::tr("Version %1 (%2) is available.").arg(manifest.version, QString::number(manifest.build));
     case UpdateCheckState::Kind::unsupported:
-        return PanelText::tr("Version %1 requires macOS %2.")
-            .arg(manifest.version, manifest.minimumMacOS.value_or(PanelText::tr("a newer version")));
+        return UserText::tr("Version %1 requires macOS %2.")
+            .arg(manifest.version, manifest.minimumMacOS.value_or(UserText::tr("a newer version")));
     case UpdateCheckState::Kind::failed:
         return state.message;
     case UpdateCheckState::Kind::checking:
-        return PanelText::tr("Checking for updates.");
+        return UserText::tr("Checking for updates.");
     case UpdateCheckState::Kind::upToDate:
-        return PanelText::tr("Corvane is up to date.");
+        return UserText::tr("Corvane is up to date.");
     case UpdateCheckState::Kind::idle:
         break;
     }
@@ -61,7 +57,7 @@ QString updateStatusText(const UpdateCheckState& state) {
 std::optional<QString> publishedText(const UpdateManifest& manifest, const QLocale& locale) {
     if (!manifest.publishedAt)
         return std::nullopt;
-    return PanelText::tr("Published %1.").arg(updateDateText(*manifest.publishedAt, locale));
+    return UserText::tr("Published %1.").arg(updateDateText(*manifest.publishedAt, locale));
 }
 
 } // namespace corvane

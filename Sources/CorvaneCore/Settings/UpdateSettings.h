@@ -21,6 +21,8 @@ public:
     [[nodiscard]] std::optional<UpdateManifest> cachedManifest() const; // nothing also if it does not decode
     // That of the dictionary as it stands there, the default if that is blank.
     [[nodiscard]] QString manifestURL() const;
+    // Whether that is an address which somebody set.
+    [[nodiscard]] bool hasOwnManifestURL() const { return manifestURL().trimmed() != defaultUpdateManifestURL; }
 
 private:
     const UserDefaults& m_defaults;

@@ -1,5 +1,6 @@
 #include "CorvaneCore/Transcripts/SpeakerReview.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 
 #include <QStringList>
@@ -35,7 +36,7 @@ QString displayName(const QString& label, const SpeakerNames& names) {
 
 QString formatDuration(double seconds) {
     const std::int64_t whole = wholeSeconds(seconds);
-    return QString::number(whole / 60) + QStringLiteral("m ") + QString::number(whole % 60) + QLatin1Char('s');
+    return UserText::tr("%1m %2s").arg(QString::number(whole / 60), QString::number(whole % 60));
 }
 
 std::optional<SpeakerProfileMatchSuggestion> suggestedProfileMatch(const QString& speaker,

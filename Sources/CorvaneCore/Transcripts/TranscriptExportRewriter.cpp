@@ -2,6 +2,7 @@
 
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Jobs/RunFiles.h"
+#include "CorvaneContract/Text/UserText.h"
 
 namespace corvane {
 
@@ -23,7 +24,7 @@ void TranscriptExportRewriter::rewrite(const QString& runDirectory, const Speake
                                        const std::optional<SpeakerProfileMatches>& speakerProfileMatches) const {
     const auto content = readFile(runFiles::in(runDirectory, runFiles::result));
     if (!content)
-        throw TranscriptRewriteError(QStringLiteral("%1 cannot be read").arg(runFiles::result));
+        throw TranscriptRewriteError(UserText::tr("%1 cannot be read").arg(runFiles::result));
     TranscriptResult result = decodeTranscriptResult(*content);
     result.speakerNames = withoutBlanks(speakerNames);
     if (speakerProfileAssignments)

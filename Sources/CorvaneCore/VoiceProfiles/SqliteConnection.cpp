@@ -1,5 +1,7 @@
 #include "CorvaneCore/VoiceProfiles/SqliteConnection.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QFile>
 
 #include <sqlite3.h>
@@ -13,18 +15,18 @@ namespace {
 QString kindText(StoreError::Kind kind) {
     switch (kind) {
     case StoreError::Kind::prepareFailed:
-        return QStringLiteral("prepareFailed");
+        return UserText::tr("prepareFailed");
     case StoreError::Kind::executeFailed:
-        return QStringLiteral("executeFailed");
+        return UserText::tr("executeFailed");
     case StoreError::Kind::openFailed:
         break;
     }
-    return QStringLiteral("openFailed");
+    return UserText::tr("openFailed");
 }
 
 QString messageOf(sqlite3* connection) {
     const char* message = connection ? sqlite3_errmsg(connection) : nullptr;
-    return message ? QString::fromUtf8(message) : QStringLiteral("unknown sqlite error");
+    return message ? QString::fromUtf8(message) : UserText::tr("unknown sqlite error");
 }
 
 // SQLite copies what is bound, so that a parameter need not outlive the call.
@@ -66,7 +68,7 @@ struct Binder {
 } // namespace
 
 StoreError::StoreError(Kind kind, const QString& message)
-    : Error(kindText(kind) + QStringLiteral(": ") + message), m_kind(kind), m_message(message) {}
+    : Error(UserText::tr("%1: %2").arg(kindText(kind), message)), m_kind(kind), m_message(message) {}
 
 SqliteStatement::SqliteStatement(sqlite3* connection, const char* sql) {
     sqlite3_stmt* statement = nullptr;

@@ -1,6 +1,7 @@
 #include "CorvaneCore/VoiceProfiles/VoiceExtraction.h"
 
 #include "CorvaneContract/Files/Files.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Jobs/WorkerCommandBuilder.h"
 #include "CorvaneCore/Library/FileNames.h"
 
@@ -18,13 +19,13 @@ constexpr qsizetype hashDigits = 16;
 
 SpeakerProfileExtractionError SpeakerProfileExtractionError::workerFailed(const CommandResult& result) {
     return SpeakerProfileExtractionError(
-        QStringLiteral("worker exited with status %1: %2").arg(QString::number(result.status), result.output));
+        UserText::tr("worker exited with status %1: %2").arg(QString::number(result.status), result.output));
 }
 
 CommandResult VoiceExtraction::run(ProcessLauncher& processes, const CommandCancellation& cancelled) const {
     // An argument ends there: the worker would take what stands before it for another speaker.
     if (speaker.contains(QChar(0)))
-        return {couldNotStart, QStringLiteral("the speaker's label holds a NUL character")};
+        return {couldNotStart, UserText::tr("the speaker's label holds a NUL character")};
     try {
         return processes.run(worker,
                              WorkerCommandBuilder{worker}.speakerProfileExtractArguments(runDirectory, speaker, output),
@@ -37,12 +38,12 @@ CommandResult VoiceExtraction::run(ProcessLauncher& processes, const CommandCanc
 ExtractedSpeakerEmbedding VoiceExtraction::read() const {
     const auto content = readFile(output);
     if (!content)
-        throw SpeakerProfileExtractionError(QStringLiteral("%1 cannot be read").arg(lastPathComponent(output)));
+        throw SpeakerProfileExtractionError(UserText::tr("%1 cannot be read").arg(lastPathComponent(output)));
     ExtractedSpeakerEmbedding voice = decodeExtractedSpeakerEmbedding(*content);
     constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max(); // that the store takes
     if (voice.dimension < 0 || voice.dimension > largest || voice.sampleCount < 0 || voice.sampleCount > largest)
         throw SpeakerProfileExtractionError(
-            QStringLiteral("%1 holds a count that cannot be").arg(lastPathComponent(output)));
+            UserText::tr("%1 holds a count that cannot be").arg(lastPathComponent(output)));
     return voice;
 }
 

@@ -10,11 +10,25 @@ T.Button {
     property string accessibleName
     property bool isProminent: false
     property bool isDestructive: false
+    property bool isRound: false
     property bool isBare: false // no frame: for buttons in a text or a header
+    property bool isOpen: false // what it opens is on screen, where the help would lie over it
     property color tone: isDestructive ? Theme.negative : Theme.text
 
+    // What cannot be pressed does not stand out, and its words can still be read.
+    readonly property bool isFilled: isProminent && enabled
     readonly property color fill: isDestructive ? Theme.negative : Theme.accent
-    readonly property color content: isProminent ? (isDestructive ? Theme.negativeContent : Theme.accentContent) : tone
+    readonly property color content: isFilled ? (isDestructive ? Theme.negativeContent : Theme.accentContent) : (isProminent ? Theme.secondary : tone)
+
+    function groundColor() {
+        if (isFilled)
+            return fill;
+        if (isProminent)
+            return Theme.tint(Theme.secondary, Theme.hoverOpacity);
+        if (isRound)
+            return Theme.tint(tone, Theme.badgeOpacity);
+        return isBare ? "transparent" : Theme.surface;
+    }
 
     implicitHeight: Theme.controlHeight
     implicitWidth: Math.max(implicitHeight, row.implicitWidth + leftPadding + rightPadding)
@@ -22,13 +36,14 @@ T.Button {
     rightPadding: leftPadding
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    opacity: enabled ? 1 : Theme.disabledOpacity
+    opacity: enabled || isProminent ? 1 : Theme.disabledOpacity
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName !== "" ? accessibleName : (text !== "" ? text : helpText)
     Accessible.description: helpText
     Accessible.focusable: true
-    Accessible.onPressAction: control.clicked()
+    Accessible.onPressAction: if (control.enabled)
+        control.clicked()
 
     Keys.onReturnPressed: control.clicked()
     Keys.onEnterPressed: control.clicked()
@@ -59,9 +74,11 @@ T.Button {
     }
 
     background: Rectangle {
-        radius: Theme.smallRadius
-        color: control.isProminent ? control.fill : (control.isBare ? "transparent" : Theme.surface)
-        border.width: control.isProminent || control.isBare ? 0 : Theme.hair
+        id: ground
+
+        radius: control.isRound ? height / 2 : Theme.smallRadius
+        color: control.groundColor()
+        border.width: control.isProminent || control.isBare || control.isRound ? 0 : Theme.hair
         border.color: control.isDestructive ? Theme.negative : Theme.line
 
         Rectangle {
@@ -72,11 +89,12 @@ T.Button {
         }
         FocusRing {
             control: control
+            radius: ground.radius + Theme.focusWidth + 1
         }
     }
 
     ToolTipText {
-        shown: control.hovered || control.visualFocus
+        shown: (control.hovered || control.visualFocus) && !control.isOpen
         text: control.helpText
     }
 }

@@ -8,6 +8,14 @@ Flow {
     property bool isCompact: false
     signal pressed(int action)
 
+    // What all of them need beside each other.
+    readonly property real lineWidth: {
+        let sum = -spacing;
+        for (let i = 0; i < children.length; ++i)
+            sum += children[i] instanceof ActionButton ? children[i].implicitWidth + spacing : 0;
+        return Math.max(0, sum);
+    }
+
     spacing: Theme.small
 
     Repeater {

@@ -5,7 +5,14 @@ import QtQuick.Templates as T
 T.Menu {
     id: menu
 
-    implicitWidth: 240
+    readonly property real widestItem: {
+        let widest = 0;
+        for (let i = 0; i < count; ++i)
+            widest = Math.max(widest, itemAt(i) ? itemAt(i).implicitWidth : 0);
+        return widest;
+    }
+
+    implicitWidth: Math.max(240, Math.min(420, widestItem + leftPadding + rightPadding))
     implicitHeight: Math.min(contentHeight, 420) + topPadding + bottomPadding
     padding: Theme.tight
     margins: Theme.small

@@ -35,11 +35,17 @@ ColumnLayout {
         contentItem: RowLayout {
             spacing: Theme.small
 
-            Symbol {
-                name: section.isExpanded ? "chevron.down" : "chevron.right"
-                color: Theme.secondary
-                size: Theme.bodySize
-                mirror: header.mirrored && !section.isExpanded
+            Item {
+                implicitWidth: Theme.symbolSize
+                implicitHeight: Theme.symbolSize
+
+                Symbol {
+                    anchors.centerIn: parent
+                    name: section.isExpanded ? "chevron.down" : "chevron.right"
+                    color: Theme.secondary
+                    size: Theme.bodySize
+                    mirror: header.mirrored && !section.isExpanded
+                }
             }
             Text {
                 text: section.title
@@ -75,7 +81,7 @@ ColumnLayout {
         id: body
 
         Layout.fillWidth: true
-        Layout.leftMargin: Theme.bodySize + Theme.small
+        Layout.leftMargin: Theme.symbolSize + Theme.small
         visible: section.isExpanded
         spacing: Theme.medium
     }

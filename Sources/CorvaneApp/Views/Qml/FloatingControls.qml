@@ -6,6 +6,7 @@ Rectangle {
     id: bar
 
     required property var detail // MeetingDetailModel
+    required property real side // free at both ends, as beside the meeting above
 
     implicitHeight: row.implicitHeight + 2 * Theme.medium
     color: Theme.window
@@ -22,13 +23,14 @@ Rectangle {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        anchors.leftMargin: Theme.wide
-        anchors.rightMargin: Theme.wide
+        anchors.leftMargin: bar.side
+        anchors.rightMargin: bar.side
         spacing: Theme.medium
 
         ButtonRow {
             Layout.fillWidth: true
-            Layout.preferredWidth: 460
+            Layout.minimumWidth: Math.min(lineWidth, 0.8 * row.width)
+            Layout.preferredWidth: lineWidth
             buttons: bar.detail.floatingControls
             onPressed: action => bar.detail.press(action)
         }

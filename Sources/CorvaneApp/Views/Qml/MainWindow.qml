@@ -9,15 +9,51 @@ T.ApplicationWindow {
     required property var app // MainWindowModel
     required property var preferences // Appearance
     required property var quit // QuitController
+    property Item lastFocused
+    property bool wasFocusShown: false
 
     title: "Corvane"
-    width: 980
-    height: 720
+    width: 900
+    height: 620
     minimumWidth: 900
     minimumHeight: 620
     color: Theme.window
+    onActiveFocusItemChanged: {
+        if (hasLostFocus())
+            Qt.callLater(takeUpFocus);
+        else
+            rememberFocus();
+    }
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
+
+    // What the keyboard was on goes with its page, or can no more be used after what was done by it. Somebody who sees
+    // no window must not have to look for where the keyboard is now.
+    function isOnPage(item) {
+        while (item && item !== pages)
+            item = item.parent;
+        return item === pages;
+    }
+    function hasLostFocus() {
+        const holder = activeFocusItem; // what only contains others, unless it is words that are selected
+        return holder !== null && !holder.activeFocusOnTab && !(holder instanceof TextEdit) && isOnPage(holder);
+    }
+    function rememberFocus() {
+        lastFocused = activeFocusItem;
+        wasFocusShown = activeFocusItem !== null && activeFocusItem.visualFocus === true;
+    }
+    // Stays where it was, as near as it can, and begins no typing that nobody asked for.
+    function takeUpFocus() {
+        if (!hasLostFocus())
+            return;
+        let next = lastFocused && lastFocused.visible ? lastFocused.nextItemInFocusChain(false) : null;
+        if (!isOnPage(next)) {
+            next = pages.nextItemInFocusChain(true);
+            if (next instanceof TextInput)
+                next = next.nextItemInFocusChain(true);
+        }
+        next.forceActiveFocus(wasFocusShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
+    }
 
     Binding {
         target: Theme

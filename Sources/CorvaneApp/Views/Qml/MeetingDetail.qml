@@ -2,7 +2,6 @@
 // so that of a transcript of thousands of turns only what is on screen exists.
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Dialogs
 import QtQuick.Templates as T
 
 FocusScope {
@@ -14,7 +13,7 @@ FocusScope {
         (list.headerItem as MeetingHeader).editTitle();
     }
 
-    ListView {
+    PageList {
         id: list
 
         readonly property int side: Math.max(Theme.wide, (width - Theme.columnWidth) / 2)
@@ -28,19 +27,11 @@ FocusScope {
 
         anchors.fill: parent
         anchors.bottomMargin: controls.height
-        clip: true
         model: root.detail.transcript.rows
-        reuseItems: true
         cacheBuffer: 400
-        spacing: 10
+        spacing: Theme.large
         currentIndex: -1
-        highlightMoveDuration: 0
-        keyNavigationEnabled: false
-        boundsBehavior: Flickable.StopAtBounds
-        Accessible.role: Accessible.List
         Accessible.name: root.detail.transcript.title
-        T.ScrollBar.vertical: ScrollLine {
-        }
 
         header: MeetingHeader {
             x: list.side
@@ -68,6 +59,12 @@ FocusScope {
         }
 
         Connections {
+            target: root.detail
+            function onShownMeetingChanged() {
+                list.showTop();
+            }
+        }
+        Connections {
             target: root.detail.transcript
             function onPlayedRowChanged() {
                 const row = root.detail.transcript.playedRow;
@@ -77,6 +74,10 @@ FocusScope {
         }
     }
 
+    FocusFollower {
+        view: list
+    }
+
     FloatingControls {
         id: controls
 
@@ -84,6 +85,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         detail: root.detail
+        side: list.side
     }
 
     Toast {
@@ -94,19 +96,6 @@ FocusScope {
         isShown: root.detail.isToastShown
         message: root.detail.toastMessage
         isError: root.detail.isToastError
-    }
-
-    FileDialog {
-        id: importDialog
-
-        title: qsTr("Import Audio")
-        onAccepted: root.detail.importChosen(selectedFile)
-    }
-    Connections {
-        target: root.detail
-        function onImportRequested() {
-            importDialog.open();
-        }
     }
 
     AlertDialog {

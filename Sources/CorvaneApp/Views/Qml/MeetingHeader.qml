@@ -29,12 +29,13 @@ ColumnLayout {
             font.pixelSize: Theme.displaySize
             font.weight: Font.DemiBold
             text: root.detail.title
+            onTextEdited: root.detail.typeTitle(text)
             onAccepted: root.detail.submitTitle(text)
             onActiveFocusChanged: {
                 if (activeFocus)
                     root.detail.beginTitleEditing();
                 else
-                    root.detail.endTitleEditing(text);
+                    root.detail.endTitleEditing();
             }
 
             // Typing breaks the binding; what the model says afterwards still has to show.
@@ -47,6 +48,7 @@ ColumnLayout {
             }
         }
         ActionButton {
+            Layout.rightMargin: -Theme.medium
             visible: root.detail.hasNotionPage
             isBare: true
             symbolName: "arrow.up.forward.square"
@@ -118,12 +120,14 @@ ColumnLayout {
 
     SpeakersPanel {
         Layout.fillWidth: true
+        Layout.topMargin: Theme.small
         visible: root.detail.hasTranscript
         speakers: root.detail.speakers
     }
 
     RowLayout {
         Layout.fillWidth: true
+        Layout.topMargin: Theme.small
         Layout.bottomMargin: Theme.small
         visible: root.detail.hasTranscript
 
@@ -135,6 +139,7 @@ ColumnLayout {
             Accessible.role: Accessible.Heading
         }
         ActionButton {
+            Layout.rightMargin: -Theme.small
             isBare: true
             symbolName: root.detail.transcript.copyIconName
             accessibleName: root.detail.transcript.copyAccessibilityLabel

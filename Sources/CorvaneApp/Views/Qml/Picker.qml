@@ -9,6 +9,9 @@ T.ComboBox {
     required property string value
     property string accessibleName
     property string helpText
+    // A value that is none of the choices is in force all the same, and is shown as it is.
+    readonly property string shownText: currentIndex < 0 ? value : displayText
+    readonly property real markRoom: Theme.symbolSize + 2 * Theme.small
     signal picked(string value)
 
     model: choices
@@ -17,8 +20,8 @@ T.ComboBox {
     currentIndex: indexFor(value)
     implicitHeight: Theme.controlHeight
     implicitWidth: Math.max(120, Math.min(320, words.implicitWidth + leftPadding + rightPadding))
-    leftPadding: Theme.medium
-    rightPadding: Theme.symbolSize + 2 * Theme.small
+    leftPadding: mirrored ? markRoom : Theme.medium
+    rightPadding: mirrored ? Theme.medium : markRoom
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : Theme.disabledOpacity
@@ -40,15 +43,20 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.name: accessibleName
-    Accessible.description: displayText
+    Accessible.description: shownText
     Accessible.focusable: true
-    Accessible.onPressAction: control.popup.open()
+    Accessible.onPressAction: {
+        // The keys of the opened list go to the control.
+        control.forceActiveFocus(Qt.OtherFocusReason);
+        control.popup.open();
+    }
     Keys.onReturnPressed: control.popup.open()
 
     contentItem: Text {
         id: words
 
-        text: control.displayText
+        text: control.shownText
+        horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.bodySize
         elide: Text.ElideRight
@@ -83,11 +91,15 @@ T.ComboBox {
         hoverEnabled: true
         Accessible.role: Accessible.ListItem
         Accessible.name: modelData.text
+        Accessible.selectable: true
+        Accessible.selected: control.currentIndex === index
+        Accessible.onPressAction: choice.clicked()
 
         contentItem: Text {
             leftPadding: Theme.small
             rightPadding: Theme.small
             text: choice.modelData.text
+            horizontalAlignment: Text.AlignLeft
             color: Theme.text
             font.pixelSize: Theme.bodySize
             font.weight: control.currentIndex === choice.index ? Font.DemiBold : Font.Normal

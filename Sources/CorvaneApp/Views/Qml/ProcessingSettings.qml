@@ -9,18 +9,21 @@ Disclosure {
 
     title: qsTr("Processing")
     summary: detail.settingsSummary
-    isExpanded: detail.isRecordingSessionVisible
     onToggled: expanded => panel.isExpanded = expanded
 
-    // Opens with a recording; does not close with it.
+    // Opens with a recording, and again when the user comes back to it; does not close with it.
+    function openWithRecording() {
+        if (panel.visible && panel.detail.isRecordingSessionVisible)
+            panel.isExpanded = true;
+    }
     Connections {
         target: panel.detail
         function onIsRecordingSessionVisibleChanged() {
-            if (panel.detail.isRecordingSessionVisible)
-                panel.isExpanded = true;
+            panel.openWithRecording();
         }
     }
-    Component.onCompleted: isExpanded = detail.isRecordingSessionVisible
+    onVisibleChanged: openWithRecording()
+    Component.onCompleted: openWithRecording()
 
     RowLayout {
         Layout.fillWidth: true

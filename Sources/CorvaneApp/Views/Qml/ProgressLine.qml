@@ -11,7 +11,7 @@ T.ProgressBar {
     implicitWidth: 200
     Accessible.role: Accessible.ProgressBar
     Accessible.name: accessibleName
-    Accessible.description: Math.round(100 * visualPosition) + "%"
+    Accessible.description: qsTr("%1%").arg(Math.round(100 * visualPosition))
 
     contentItem: Item {
         Rectangle {

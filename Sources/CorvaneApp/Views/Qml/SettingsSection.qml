@@ -30,6 +30,7 @@ ColumnLayout {
             tone: Theme.secondary
             helpText: section.help
             accessibleName: qsTr("About %1").arg(section.title)
+            isOpen: explanation.visible
             onClicked: explanation.open()
 
             T.Popup {

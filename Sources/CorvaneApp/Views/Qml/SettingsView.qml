@@ -21,22 +21,8 @@ FocusScope {
         T.ScrollBar.vertical: ScrollLine {
         }
 
-        // What the keyboard reaches comes into view.
-        Connections {
-            target: root.Window.window
-            function onActiveFocusItemChanged() {
-                const item = root.Window.activeFocusItem;
-                if (item && root.activeFocus)
-                    scroll.show(item.mapToItem(column, 0, 0).y, item.height);
-            }
-        }
-        function show(y, height) {
-            const top = y + column.y - Theme.vast;
-            const bottom = y + height + column.y + Theme.vast;
-            if (top < contentY)
-                contentY = Math.max(0, top);
-            else if (bottom > contentY + scroll.height)
-                contentY = Math.min(Math.max(0, contentHeight - scroll.height), bottom - scroll.height);
+        FocusFollower {
+            view: scroll
         }
 
         ColumnLayout {

@@ -14,6 +14,8 @@ RowLayout {
     }
 
     spacing: Theme.small
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: qsTr("Setup")
 
     ActionButton {
         text: qsTr("Back")
@@ -32,7 +34,11 @@ RowLayout {
             onClicked: bar.setup.close()
         }
         ActionButton {
-            visible: bar.footer.canSkip
+            // Unseen where it cannot be used, but in its place: the others stay where they are from page to page.
+            visible: bar.footer.skipText !== ""
+            opacity: bar.footer.canSkip ? 1 : 0
+            enabled: bar.footer.canSkip
+            Accessible.ignored: !bar.footer.canSkip
             text: bar.footer.skipText
             onClicked: bar.setup.completeStep()
         }

@@ -20,7 +20,7 @@ ColumnLayout {
             implicitWidth: 2.6 * Theme.symbolSize
             implicitHeight: implicitWidth
             radius: width / 2
-            color: Theme.tint(page.tone, 0.13)
+            color: Theme.tint(page.tone, Theme.badgeOpacity)
 
             Symbol {
                 anchors.centerIn: parent

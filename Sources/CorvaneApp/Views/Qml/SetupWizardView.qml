@@ -4,11 +4,12 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-T.Popup {
+T.Dialog {
     id: sheet
 
     required property var setup // SetupWizardModel
 
+    title: qsTr("Setup")
     visible: setup.isShowingSetupWizard
     modal: true
     focus: true
@@ -34,8 +35,6 @@ T.Popup {
     }
 
     contentItem: FocusScope {
-        Accessible.role: Accessible.Dialog
-        Accessible.name: qsTr("Setup")
         // The keys that no control takes.
         Keys.onReturnPressed: sheet.goOn()
         Keys.onEnterPressed: sheet.goOn()
@@ -64,6 +63,9 @@ T.Popup {
                     T.ScrollBar.vertical: ScrollLine {
                     }
 
+                    FocusFollower {
+                        view: scroll
+                    }
                     Loader {
                         id: page
 

@@ -15,6 +15,8 @@ ColumnLayout {
         color: Theme.secondary
         font.pixelSize: Theme.captionSize
         font.weight: Font.DemiBold
+        wrapMode: Text.NoWrap // a line that is broken while the sheet is laid out leaves its gap behind
+        elide: Text.ElideRight
         Accessible.role: Accessible.Heading
     }
     Repeater {

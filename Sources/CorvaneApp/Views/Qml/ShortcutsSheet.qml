@@ -26,8 +26,6 @@ T.Dialog {
         radius: Theme.largeRadius
     }
     contentItem: FocusScope {
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
         Keys.onEscapePressed: sheet.close()
         Keys.onUpPressed: flick.scroll(-1)
         Keys.onDownPressed: flick.scroll(1)

@@ -36,8 +36,6 @@ Rectangle {
                 color: Theme.secondary
                 font.pixelSize: Theme.captionSize
                 font.weight: Font.DemiBold
-                font.capitalization: Font.AllUppercase
-                font.letterSpacing: 0.6
                 Accessible.role: Accessible.Heading
             }
             ActionButton {
@@ -51,6 +49,7 @@ Rectangle {
                 symbolName: "arrow.clockwise"
                 helpText: qsTr("Refresh meetings")
                 isBare: true
+                tone: Theme.secondary
                 onClicked: root.sidebar.reload()
             }
         }
@@ -95,6 +94,19 @@ Rectangle {
             Keys.onDeletePressed: if (currentItem)
                 root.sidebar.deleteMeeting((currentItem as SidebarItemRow).meetingID)
 
+            // With no meeting to choose, the page with the controls for the first one is still a click away.
+            SidebarFooterRow {
+                width: parent.width
+                visible: list.count === 0
+                entry: ({
+                        "title": qsTr("Ready for a meeting"),
+                        "iconName": "record.circle",
+                        "isSelected": !root.sidebar.footerButtons.some(button => button.isSelected),
+                        "badgeText": ""
+                    })
+                onClicked: root.sidebar.selectNoMeeting()
+            }
+
             delegate: SidebarItemRow {
                 width: ListView.view.width
                 onPicked: root.sidebar.selectMeeting(meetingID)
@@ -107,16 +119,17 @@ Rectangle {
             color: Theme.line
         }
         Repeater {
-            model: root.sidebar.footerButtons
+            // Their number, so that one that is pressed stays the same one and keeps the keyboard.
+            model: root.sidebar.footerButtons.length
 
             SidebarFooterRow {
-                required property var modelData
+                required property int index
 
                 Layout.fillWidth: true
                 Layout.topMargin: Theme.tight
                 Layout.bottomMargin: Theme.tight
-                entry: modelData
-                onClicked: root.sidebar.selectFooterItem(modelData.item)
+                entry: root.sidebar.footerButtons[index]
+                onClicked: root.sidebar.selectFooterItem(entry.item)
             }
         }
     }
@@ -142,7 +155,7 @@ Rectangle {
             }
         }
         ContextMenuItem {
-            text: qsTr("Show in Finder")
+            text: qsTr("Show in File Manager")
             onTriggered: root.sidebar.showInFileManager(menu.meetingID)
         }
         ContextMenuItem {

@@ -1,4 +1,4 @@
-// One of the two buttons below the meetings.
+// A button of the sidebar that leads to a page.
 import QtQuick
 import QtQuick.Templates as T
 
@@ -56,7 +56,7 @@ T.AbstractButton {
         anchors.leftMargin: Theme.small
         anchors.rightMargin: Theme.small
         radius: Theme.smallRadius
-        color: row.entry.isSelected ? Theme.tint(Theme.accent, 0.18) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
+        color: row.entry.isSelected ? Theme.tint(Theme.accent, Theme.selectOpacity) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
 
         FocusRing {
             control: row

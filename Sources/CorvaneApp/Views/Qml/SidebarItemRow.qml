@@ -56,28 +56,33 @@ T.ItemDelegate {
                 color: Theme.text
                 font.pixelSize: Theme.bodySize
                 font.weight: row.isSelected ? Font.DemiBold : Font.Medium
+                horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 maximumLineCount: 1
                 Accessible.ignored: true
             }
-            RowLayout {
+            // Where there is no room for both, the status gives way.
+            Row {
+                id: line
+
                 Layout.fillWidth: true
                 spacing: Theme.tight
 
                 Text {
+                    width: Math.min(implicitWidth, line.width - time.width - line.spacing)
                     text: row.status
                     textFormat: Text.PlainText
-                    color: Theme.secondary
+                    color: time.color
                     font.pixelSize: Theme.captionSize
                     elide: Text.ElideRight
                     Accessible.ignored: true
                 }
                 Text {
-                    Layout.fillWidth: true
+                    id: time
+
                     text: "· " + row.relativeTime
-                    color: Theme.secondary
+                    color: row.isSelected ? Theme.selectedSecondary : Theme.secondary
                     font.pixelSize: Theme.captionSize
-                    elide: Text.ElideRight
                     Accessible.ignored: true
                 }
             }
@@ -90,13 +95,18 @@ T.ItemDelegate {
         anchors.leftMargin: Theme.small
         anchors.rightMargin: Theme.small
         radius: Theme.smallRadius
-        color: row.isSelected ? Theme.tint(Theme.accent, 0.18) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
+        color: row.isSelected ? Theme.tint(Theme.accent, Theme.selectOpacity) : Theme.tint(Theme.secondary, row.hovered ? Theme.hoverOpacity : 0)
         border.width: isCurrent ? Theme.focusWidth : 0
         border.color: Theme.accent
     }
 
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: point => row.menuWanted(row.mapToItem(null, point.position.x, point.position.y))
+    // An item of its own: one that has a handler takes every mouse button, and the row would take the tap for a click.
+    Item {
+        anchors.fill: parent
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => row.menuWanted(row.mapToItem(null, point.position.x, point.position.y))
+        }
     }
 }

@@ -15,6 +15,10 @@ Card {
     required property var context
     required property var status
 
+    // What belongs to the voice stands under its name, beside the button.
+    readonly property int indent: Theme.controlHeight + Theme.medium
+
+    spacing: Theme.small
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
@@ -26,7 +30,7 @@ Card {
             symbolName: card.playButton.iconName
             accessibleName: card.playButton.accessibilityLabel
             enabled: card.playButton.isEnabled
-            isBare: true
+            isRound: true
             tone: Theme.accent
             onClicked: card.speakers.toggleExamples(card.speaker)
         }
@@ -59,6 +63,7 @@ Card {
     }
     RowLayout {
         Layout.fillWidth: true
+        Layout.leftMargin: card.indent
         visible: card.link.isShown
         spacing: Theme.small
 
@@ -80,12 +85,14 @@ Card {
                 symbolName: modelData.iconName
                 helpText: modelData.helpText
                 isBare: modelData.text === ""
+                tone: isBare && !hovered ? Theme.secondary : Theme.text
                 onClicked: card.speakers.press(card.speaker, modelData.action)
             }
         }
     }
     RowLayout {
         Layout.fillWidth: true
+        Layout.leftMargin: card.indent
         visible: card.name !== undefined
         spacing: Theme.small
 
@@ -115,6 +122,7 @@ Card {
             symbolName: card.name ? card.name.profileMenu.iconName : ""
             helpText: card.name ? card.name.profileMenu.helpText : ""
             enabled: card.name ? card.name.profileMenu.isEnabled : false
+            isOpen: menu.visible
             Accessible.role: Accessible.ButtonMenu
             onClicked: menu.popup(profiles, 0, profiles.height + Theme.tight)
 
@@ -129,7 +137,7 @@ Card {
                         required property int index
                         required property var modelData
 
-                        visible: !modelData.isDivider
+                        isDivider: modelData.isDivider
                         text: modelData.title
                         enabled: modelData.isEnabled && !modelData.isDivider
                         onTriggered: card.speakers.chooseFromProfileMenu(card.speaker, index)
@@ -147,6 +155,7 @@ Card {
         id: context
 
         Layout.fillWidth: true
+        Layout.leftMargin: card.indent
         visible: card.context !== undefined
         title: card.context ? card.context.title : ""
         onToggled: expanded => {
@@ -182,6 +191,7 @@ Card {
     }
     RowLayout {
         Layout.fillWidth: true
+        Layout.leftMargin: card.indent
         visible: card.status !== undefined
         spacing: Theme.small
 

@@ -22,6 +22,8 @@ FocusScope {
         row.number = 0;
         nameField.text = row.displayName;
         notesField.text = row.notes;
+        nameField.cursorPosition = 0; // of a long text the beginning is seen
+        notesField.cursorPosition = 0;
         enabledSwitch.checked = row.isProfileEnabled;
         row.number = row.page.beginRow(row.profileID);
     }
@@ -74,6 +76,8 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 220
                 focus: true
+                isBare: true
+                font.weight: Font.DemiBold
                 activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Display name")
                 accessibleName: placeholderText + ", " + row.displayName
@@ -85,6 +89,7 @@ FocusScope {
 
                 Layout.fillWidth: true
                 Layout.preferredWidth: 360
+                isBare: true
                 activeFocusOnTab: row.isCurrent || row.activeFocus
                 placeholderText: qsTr("Notes")
                 accessibleName: placeholderText + ", " + row.displayName
@@ -99,13 +104,13 @@ FocusScope {
                 helpText: qsTr("Delete")
                 accessibleName: helpText + ", " + row.displayName
                 isBare: true
-                isDestructive: true
+                tone: hovered || visualFocus ? Theme.negative : Theme.secondary
                 onClicked: row.page.deleteProfile(row.profileID)
             }
         }
         Flow {
             Layout.fillWidth: true
-            Layout.leftMargin: nameField.x + nameField.leftPadding
+            Layout.leftMargin: enabledSwitch.width + Theme.small + nameField.leftPadding
             spacing: Theme.large
 
             Repeater {

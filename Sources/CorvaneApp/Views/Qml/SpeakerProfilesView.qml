@@ -8,24 +8,16 @@ FocusScope {
 
     required property var page // SpeakerProfilesPageModel
 
-    ListView {
+    PageList {
         id: list
 
         readonly property int side: Math.max(Theme.wide, (width - Theme.wideColumnWidth) / 2)
 
         anchors.fill: parent
-        clip: true
         model: root.page.profiles
-        reuseItems: true
         cacheBuffer: 200
         spacing: Theme.small
-        highlightMoveDuration: 0
-        keyNavigationEnabled: false
-        boundsBehavior: Flickable.StopAtBounds
-        Accessible.role: Accessible.List
         Accessible.name: qsTr("Profiles")
-        T.ScrollBar.vertical: ScrollLine {
-        }
 
         header: SpeakerProfilesHeader {
             x: list.side
@@ -41,6 +33,10 @@ FocusScope {
             width: list.width - 2 * list.side
             page: root.page
         }
+    }
+
+    FocusFollower {
+        view: list
     }
 
     AlertDialog {

@@ -16,7 +16,7 @@ Card {
             implicitWidth: 2.4 * Theme.symbolSize
             implicitHeight: implicitWidth
             radius: width / 2
-            color: Theme.tint(Theme.tone(card.panel.tone), 0.13)
+            color: Theme.tint(Theme.tone(card.panel.tone), Theme.badgeOpacity)
 
             Symbol {
                 anchors.centerIn: parent

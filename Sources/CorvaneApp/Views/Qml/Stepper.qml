@@ -14,8 +14,9 @@ RowLayout {
     spacing: Theme.small
 
     function step(by) {
+        // A stored value may lie beyond an end; it is never stepped the other way.
         const wanted = Math.max(stepper.from, Math.min(stepper.to, stepper.value + by));
-        if (wanted !== stepper.value)
+        if ((wanted - stepper.value) * by > 0)
             stepper.stepped(wanted);
     }
 

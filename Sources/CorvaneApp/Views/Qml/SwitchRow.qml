@@ -71,6 +71,7 @@ T.Switch {
         text: control.text
         color: Theme.text
         font.pixelSize: Theme.bodySize
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true

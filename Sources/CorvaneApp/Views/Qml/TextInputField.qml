@@ -6,6 +6,7 @@ T.TextField {
     id: control
 
     property string accessibleName
+    readonly property string spokenName: accessibleName !== "" ? accessibleName : placeholderText
     property bool isSecret: false
     property bool isBare: false // a frame only while it is used: for a title
 
@@ -13,7 +14,10 @@ T.TextField {
     implicitWidth: 220
     leftPadding: Theme.small
     rightPadding: Theme.small
-    color: Theme.text
+    // Too long for the field, and not being typed: then its beginning is shown, and that there is more.
+    readonly property bool isCut: !activeFocus && !isSecret && contentWidth > width - leftPadding - rightPadding
+
+    color: isCut ? "transparent" : Theme.text
     placeholderTextColor: Theme.secondary
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentContent
@@ -21,24 +25,24 @@ T.TextField {
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
     hoverEnabled: true
-    // Tells assistive technology too; saying so in so many words costs the field its name there.
     echoMode: isSecret ? TextInput.Password : TextInput.Normal
     inputMethodHints: isSecret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase : Qt.ImhNone
     opacity: enabled ? 1 : Theme.disabledOpacity
 
     Accessible.role: Accessible.EditableText
-    Accessible.name: accessibleName !== "" ? accessibleName : placeholderText
+    Accessible.name: spokenName
     Accessible.focusable: true
 
     Text {
         x: control.leftPadding
         width: control.width - control.leftPadding - control.rightPadding
         anchors.verticalCenter: parent.verticalCenter
-        text: control.placeholderText
-        color: control.placeholderTextColor
+        text: control.isCut ? control.text : control.placeholderText
+        textFormat: Text.PlainText
+        color: control.isCut ? Theme.text : control.placeholderTextColor
         font: control.font
         elide: Text.ElideRight
-        visible: control.length === 0 && control.preeditText === ""
+        visible: control.isCut || (control.length === 0 && control.preeditText === "")
         Accessible.ignored: true
     }
 

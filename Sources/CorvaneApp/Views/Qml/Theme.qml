@@ -17,15 +17,16 @@ QtObject {
     readonly property color surface: isDark ? "#1e2227" : "#ffffff"
     readonly property color field: isDark ? "#14171b" : "#fbfaf8"
     readonly property color line: isDark ? "#333a42" : "#dcd8cf"
-    readonly property color controlLine: isDark ? "#6b7580" : "#8b8f94"
+    readonly property color controlLine: isDark ? "#6b7580" : "#7f848a"
     readonly property color text: isDark ? "#edeff1" : "#1c2126"
     readonly property color secondary: isDark ? "#a3adb8" : "#5a636d"
+    readonly property color selectedSecondary: isDark ? "#b6bfc9" : "#48515a" // on what is selected
     readonly property color accent: isDark ? "#6cc5c9" : "#17666d"
     readonly property color accentContent: isDark ? "#0c1719" : "#ffffff"
     readonly property color positive: isDark ? "#74c993" : "#23754a"
     readonly property color negative: isDark ? "#ff8a7d" : "#b3261e"
     readonly property color negativeContent: isDark ? "#2a0907" : "#ffffff"
-    readonly property color shadow: isDark ? "#66000000" : "#24000000"
+    readonly property color shadow: isDark ? "#2e000000" : "#0b1c2126"
     readonly property color scrim: isDark ? "#99000000" : "#59000000"
 
     // The names that the panels have for the tone of a symbol.
@@ -48,6 +49,8 @@ QtObject {
     }
     readonly property real hoverOpacity: 0.14
     readonly property real pressOpacity: 0.22
+    readonly property real selectOpacity: 0.18
+    readonly property real badgeOpacity: 0.13
     readonly property real disabledOpacity: 0.42
 
     // Type.
@@ -71,9 +74,9 @@ QtObject {
     readonly property int symbolSize: Math.round(17 * textScale)
     readonly property int columnWidth: 860
     readonly property int wideColumnWidth: 900
-    readonly property int sheetWidth: 780
+    readonly property int sheetWidth: 820
     readonly property int settingsWidth: 680
-    readonly property int sheetHeight: 660
+    readonly property int sheetHeight: 690
     readonly property int stepListWidth: 176
 
     // Form.

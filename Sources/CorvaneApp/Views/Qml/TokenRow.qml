@@ -15,7 +15,15 @@ RowLayout {
 
     spacing: Theme.small
 
+    // Afterwards the button is of no use, and the keyboard must not be left on it.
+    function finish(act) {
+        act();
+        field.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     TextInputField {
+        id: field
+
         Layout.fillWidth: true
         placeholderText: row.label
         isSecret: true
@@ -29,15 +37,17 @@ RowLayout {
 
         ActionButton {
             text: qsTr("Save")
+            accessibleName: text + ", " + row.label
             isProminent: true
             enabled: row.canSave
-            onClicked: row.saved()
+            onClicked: row.finish(row.saved)
         }
         ActionButton {
             text: qsTr("Remove")
+            accessibleName: text + ", " + row.label
             visible: row.isStored
             isDestructive: true
-            onClicked: row.removed()
+            onClicked: row.finish(row.removed)
         }
     }
 }

@@ -97,6 +97,7 @@ FocusScope {
         color: Theme.text
         font.pixelSize: Theme.bodySize
         font.weight: Font.DemiBold
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
         Accessible.ignored: true
     }

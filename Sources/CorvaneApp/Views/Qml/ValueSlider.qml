@@ -24,11 +24,13 @@ T.Slider {
     Accessible.onDecreaseAction: step(-1)
 
     function step(direction) {
+        const before = control.value;
         if (direction > 0)
             control.increase();
         else
             control.decrease();
-        control.moved();
+        if (control.value !== before)
+            control.moved();
     }
 
     background: Rectangle {

@@ -1,13 +1,13 @@
 #include "CorvaneApp/Views/Window/CallNoticePanel.h"
 
 #include "CorvaneApp/Views/PanelButton.h"
+#include "CorvaneApp/Views/Window/ActiveScreen.h"
 #include "CorvaneApp/Views/Window/Appearance.h"
 #include "CorvaneApp/Views/Window/Compositing.h"
 #include "CorvaneApp/Views/Window/PanelCallNotices.h"
 #include "CorvaneApp/Views/Window/ViewEngine.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QScreen>
 
@@ -16,22 +16,14 @@
 
 namespace corvane {
 
-namespace {
-
-QRect screenArea() {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? screen->availableGeometry() : QRect();
-}
-
-} // namespace
-
 CallNoticePanel::CallNoticePanel(CallNoticeContent content, CallNotices::AnswerHandler onAnswer,
                                  const DesktopPreferences& preferences)
     : m_content(std::move(content)), m_onAnswer(std::move(onAnswer)), m_engine(makeViewEngine()) {
+    QScreen* const screen = activeScreen(); // that of the call
     QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/CallNoticeWindow.qml")));
     QObject* made = component.createWithInitialProperties({
         {QStringLiteral("notice"), QVariant::fromValue<QObject*>(this)},
-        {QStringLiteral("frame"), QRectF(callNoticeFrame(screenArea()))},
+        {QStringLiteral("frame"), QRectF(callNoticeFrame(screen ? screen->availableGeometry() : QRect()))},
         {QStringLiteral("isComposited"), isComposited()},
         {QStringLiteral("isDark"), isDark(preferences)},
         {QStringLiteral("isMotionReduced"), preferences.isMotionReduced()},
@@ -42,6 +34,8 @@ CallNoticePanel::CallNoticePanel(CallNoticeContent content, CallNotices::AnswerH
         std::cerr << "corvane: the question cannot be shown: " << component.errorString().toStdString() << std::endl;
         return;
     }
+    if (screen)
+        m_window->setScreen(screen);
     m_window->installEventFilter(this);
     m_window->show();
 }

@@ -11,6 +11,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QScreen>
 
 #include <iostream>
 
@@ -35,7 +36,9 @@ DashboardWindowController::~DashboardWindowController() {
 bool DashboardWindowController::show() {
     if (!m_window && !make())
         return false;
-    if (m_appearance.isMaximized())
+    if (isShown())
+        m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
+    else if (m_appearance.isMaximized())
         m_window->showMaximized();
     else
         m_window->show();
@@ -54,8 +57,11 @@ void DashboardWindowController::setWhenClosed(WhenClosed whenClosed) {
 
 bool DashboardWindowController::make() {
     m_engine = makeViewEngine();
-    m_windowModel = std::make_unique<MainWindowModel>(
+    auto windowModel = std::make_unique<MainWindowModel>(
         m_model, *m_clock, [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
+    connect(windowModel->detail(), &MeetingDetailModel::importRequested, this,
+            &DashboardWindowController::importRequested);
+    m_windowModel = std::move(windowModel);
 
     QQmlComponent component(m_engine.get(), QUrl(QStringLiteral("qrc:/Corvane/MainWindow.qml")));
     QObject* made = component.createWithInitialProperties(
@@ -70,20 +76,24 @@ bool DashboardWindowController::make() {
     }
     if (m_appearance.windowSize().isValid())
         m_window->resize(m_appearance.windowSize().expandedTo(m_window->minimumSize()));
+    const QRect available = m_window->screen()->availableGeometry();
+    QRect frame({}, m_window->size().boundedTo(available.size()));
+    frame.moveCenter(available.center());
+    m_window->setPosition(frame.topLeft());
     m_window->installEventFilter(this);
     return true;
 }
 
 bool DashboardWindowController::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Close) {
-        QQuickWindow& window = *m_window;
-        m_appearance.rememberWindow(window.size(), window.visibility() == QWindow::Maximized);
+    QQuickWindow* const window = m_window;
+    if (window && event->type() == QEvent::Close) {
+        m_appearance.rememberWindow(window->size(), window->visibility() == QWindow::Maximized);
         if (m_whenClosed == WhenClosed::minimize) {
             event->ignore();
-            window.showMinimized();
+            window->showMinimized();
         } else {
             event->accept();
-            window.hide();
+            window->hide();
         }
         Q_EMIT closed();
         return true;

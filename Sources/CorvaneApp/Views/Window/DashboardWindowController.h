@@ -41,6 +41,8 @@ public:
 Q_SIGNALS:
     // The user has closed it. Whatever goes on, goes on.
     void closed();
+    // The user wants a file to import, and has to be asked which.
+    void importRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioPlayers.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Audio/FFmpegAudioFileInspector.h"
 #include "CorvanePlatform/Linux/Audio/PulsePlayback.h"
 
@@ -14,7 +15,7 @@ public:
     explicit FFmpegAudioPlayer(const QString& path) : m_decoder(path) {
         const auto length = FFmpegAudioFileInspector().durationSeconds(path);
         if (!length)
-            throw AudioPlayerError(QStringLiteral("%1: It holds no sound").arg(QFileInfo(path).fileName()));
+            throw AudioPlayerError(UserText::tr("%1: It holds no sound").arg(QFileInfo(path).fileName()));
         m_duration = *length;
     }
     ~FFmpegAudioPlayer() override { stop(); }

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/FFmpegDecoder.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Interfaces/AudioPlayer.h"
 
 #include <QFileInfo>
@@ -17,7 +18,7 @@ constexpr auto openLimit = std::chrono::seconds(5);
 constexpr double preroll = 0.3;
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
-    throw AudioPlayerError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), reason));
+    throw AudioPlayerError(UserText::tr("%1: %2").arg(QFileInfo(path).fileName(), reason));
 }
 
 } // namespace
@@ -28,12 +29,12 @@ FFmpegDecoder::FFmpegDecoder(const QString& path)
       m_frame(av_frame_alloc()),
       m_packet(av_packet_alloc()) {
     if (!m_input)
-        fail(path, QFileInfo::exists(path) ? QStringLiteral("It cannot be read as an audio file")
-                                           : QStringLiteral("No such file"));
+        fail(path, QFileInfo::exists(path) ? UserText::tr("It cannot be read as an audio file")
+                                           : UserText::tr("No such file"));
     const AVCodec* codec = nullptr;
     const int index = av_find_best_stream(m_input.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &codec, 0);
     if (index < 0)
-        fail(path, QStringLiteral("It holds no sound that can be played"));
+        fail(path, UserText::tr("It holds no sound that can be played"));
     m_stream = m_input->streams[index];
     for (unsigned i = 0; i < m_input->nb_streams; ++i)
         if (m_input->streams[i] != m_stream)
@@ -42,7 +43,7 @@ FFmpegDecoder::FFmpegDecoder(const QString& path)
     if (!m_codec || !m_frame || !m_packet || avcodec_parameters_to_context(m_codec.get(), m_stream->codecpar) < 0 ||
         avcodec_open2(m_codec.get(), codec, nullptr) < 0 || m_codec->sample_rate <= 0 ||
         m_codec->ch_layout.nb_channels <= 0)
-        fail(path, QStringLiteral("It holds no sound that can be played"));
+        fail(path, UserText::tr("It holds no sound that can be played"));
     m_codec->pkt_timebase = m_stream->time_base;
     m_channels = std::min(m_codec->ch_layout.nb_channels, 2);
     m_deadline = std::chrono::steady_clock::time_point::max();

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/PulseCapture.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvaneCore/Recording/SystemAudioCapture.h"
 
 #include <algorithm>
@@ -97,13 +98,13 @@ void PulseCapture::watchStart(Clock::time_point now) {
 
 QString PulseCapture::whyNoFrames() const {
     if (!m_connection)
-        return pulsewords::noServer;
+        return pulsewords::noServer();
     if (m_role == CaptureRole::systemAudio && m_streamError != 0)
         return SystemAudioCaptureError::coreAudioStatus(QStringLiteral("pa_stream_connect_record"), m_streamError)
             .text();
     if (!m_target.source.empty())
-        return QStringLiteral("The sound server delivers no sound from %1.").arg(m_target.description);
-    return m_server ? pulsewords::noDevice(m_role) : pulsewords::noAnswer;
+        return UserText::tr("The sound server delivers no sound from %1.").arg(m_target.description);
+    return m_server ? pulsewords::noDevice(m_role) : pulsewords::noAnswer();
 }
 
 void PulseCapture::keepConnected(Clock::time_point now) {

@@ -18,7 +18,7 @@ PulseConnection::PulseConnection(pa_mainloop* loop, Changes changes) : m_changes
     pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ICON_NAME, "corvane");
     m_context.reset(pa_context_new_with_proplist(pa_mainloop_get_api(loop), nullptr, properties.get()));
     if (!m_context)
-        throw AudioInputError(pulsewords::noServer);
+        throw AudioInputError(pulsewords::noServer());
     pa_context_set_subscribe_callback(
         m_context.get(),
         [](pa_context*, pa_subscription_event_type_t, std::uint32_t, void* self) {
@@ -104,9 +104,9 @@ PulseServer askServer(std::chrono::milliseconds limit) {
             return *server;
         constexpr int microseconds = 50'000;
         if (connection.hasFailed() || !runOnce(loop.get(), microseconds))
-            throw AudioInputError(pulsewords::noServer);
+            throw AudioInputError(pulsewords::noServer());
     }
-    throw AudioInputError(pulsewords::noAnswer);
+    throw AudioInputError(pulsewords::noAnswer());
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 // Made and used on the thread of its main loop; owned by whoever runs that loop.
 #pragma once
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Audio/PulseHandles.h"
 #include "CorvanePlatform/Linux/Audio/PulseServer.h"
 
@@ -48,11 +49,15 @@ private:
 [[nodiscard]] PulseServer askServer(std::chrono::milliseconds limit);
 
 namespace pulsewords {
-inline const auto noServer = QStringLiteral("There is no sound server.");
-inline const auto noAnswer = QStringLiteral("The sound server does not answer.");
+[[nodiscard]] inline QString noServer() {
+    return UserText::tr("There is no sound server.");
+}
+[[nodiscard]] inline QString noAnswer() {
+    return UserText::tr("The sound server does not answer.");
+}
 [[nodiscard]] inline QString noDevice(CaptureRole role) {
-    return role == CaptureRole::microphone ? QStringLiteral("There is no microphone.")
-                                           : QStringLiteral("There is no sound output.");
+    return role == CaptureRole::microphone ? UserText::tr("There is no microphone.")
+                                           : UserText::tr("There is no sound output.");
 }
 } // namespace pulsewords
 

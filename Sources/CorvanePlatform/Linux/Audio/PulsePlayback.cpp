@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Audio/PulsePlayback.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <algorithm>
 
 namespace corvane {
@@ -48,9 +50,9 @@ void PulsePlayback::run() {
             break;
     }
     if (m_isBeginning && !m_isStopping)
-        fail(m_connection->hasFailed() ? pulsewords::noServer : pulsewords::noAnswer);
+        fail(m_connection->hasFailed() ? pulsewords::noServer() : pulsewords::noAnswer());
     else if (!m_isStopping && m_connection->hasFailed())
-        fail(pulsewords::noServer);
+        fail(pulsewords::noServer());
     m_drain.reset();
     m_stream.reset();
     m_connection.reset();
@@ -77,7 +79,7 @@ bool PulsePlayback::keepGoing() {
     if (!m_stream)
         openStream();
     if (!m_stream || !PA_STREAM_IS_GOOD(pa_stream_get_state(m_stream.get()))) {
-        fail(QStringLiteral("The sound server takes no sound."));
+        fail(UserText::tr("The sound server takes no sound."));
         return false;
     }
     if (pa_stream_get_state(m_stream.get()) != PA_STREAM_READY)

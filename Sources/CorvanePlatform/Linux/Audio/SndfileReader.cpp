@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Audio/SndfileReader.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,7 +23,7 @@ namespace corvane {
 namespace {
 
 [[noreturn]] void fail(const QString& name, const QString& reason) {
-    throw AudioFileError(QStringLiteral("%1: %2").arg(name, reason));
+    throw AudioFileError(UserText::tr("%1: %2").arg(name, reason));
 }
 
 UniqueFd openRegularFile(const QString& path, const QString& name) {
@@ -31,9 +33,9 @@ UniqueFd openRegularFile(const QString& path, const QString& name) {
     if (path.contains(QChar(0)) || !file || ::fstat(file.get(), &status) != 0)
         fail(name, qt_error_string(path.contains(QChar(0)) ? EINVAL : errno));
     if (!S_ISREG(status.st_mode))
-        fail(name, QStringLiteral("Not a regular file"));
+        fail(name, UserText::tr("Not a regular file"));
     if (status.st_size == 0)
-        fail(name, QStringLiteral("The file is empty"));
+        fail(name, UserText::tr("The file is empty"));
     return file;
 }
 
@@ -93,10 +95,10 @@ SndfileReader::SndfileReader(const QString& path)
     SF_INFO info{};
     m_file.reset(sf_open_fd(m_descriptor.get(), SFM_READ, &info, SF_FALSE));
     if (!m_file || !isWave(info.format))
-        fail(m_name, QStringLiteral("Not a WAV file, or its beginning is damaged"));
+        fail(m_name, UserText::tr("Not a WAV file, or its beginning is damaged"));
     const auto sample = sampleOf(info.format);
     if (!sample || (info.format & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG)
-        fail(m_name, QStringLiteral("A WAV file with samples of a kind that Corvane does not read"));
+        fail(m_name, UserText::tr("A WAV file with samples of a kind that Corvane does not read"));
     m_format = {.sampleRate = info.samplerate, .channels = info.channels, .sample = *sample};
     m_frameCount = std::max<std::int64_t>(info.frames, 0);
     if (m_frameCount == 0) {
@@ -115,7 +117,7 @@ void SndfileReader::readUnfinished(std::int64_t firstByte, int encoding) {
     sf_count_t offset = firstByte;
     if (!m_file || sf_command(m_file.get(), SFC_SET_RAW_START_OFFSET, &offset, sizeof offset) != 0 ||
         sf_seek(m_file.get(), 0, SEEK_SET) != 0)
-        fail(m_name, QStringLiteral("Not a WAV file, or its beginning is damaged"));
+        fail(m_name, UserText::tr("Not a WAV file, or its beginning is damaged"));
     m_frameCount = (sizeOf(m_descriptor.get()) - firstByte) / static_cast<std::int64_t>(m_format.bytesPerFrame());
 }
 

@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Audio/SoxrResampler.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 namespace corvane {
 
 SoxrResampler::SoxrResampler(int fromRate, int toRate) {
@@ -10,7 +12,7 @@ SoxrResampler::SoxrResampler(int fromRate, int toRate) {
     if (fromRate > 0 && toRate > 0)
         m_soxr.reset(soxr_create(fromRate, toRate, 1, &error, &samples, &quality, &oneThread));
     if (!m_soxr || error)
-        throw AudioFileError(QStringLiteral("Cannot change the sample rate from %1 to %2").arg(fromRate).arg(toRate));
+        throw AudioFileError(UserText::tr("Cannot change the sample rate from %1 to %2").arg(fromRate).arg(toRate));
 }
 
 AudioResampler::Step SoxrResampler::process(std::span<const float> input, std::span<float> output) {
@@ -18,7 +20,7 @@ AudioResampler::Step SoxrResampler::process(std::span<const float> input, std::s
     const soxr_error_t error = soxr_process(m_soxr.get(), input.empty() ? nullptr : input.data(), input.size(),
                                             &step.consumed, output.data(), output.size(), &step.produced);
     if (error)
-        throw AudioFileError(QStringLiteral("Changing the sample rate failed: %1").arg(QString::fromUtf8(error)));
+        throw AudioFileError(UserText::tr("Changing the sample rate failed: %1").arg(QString::fromUtf8(error)));
     return step;
 }
 

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Audio/WavFileWriter.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Audio/WavHeader.h"
 
 #include <QFile>
@@ -23,7 +24,7 @@ namespace {
 constexpr std::uint64_t portionBytes = 16 * 1024 * 1024;
 
 [[noreturn]] void fail(const QString& name, int error) {
-    throw AudioFileError(QStringLiteral("%1: %2").arg(name, qt_error_string(error)));
+    throw AudioFileError(UserText::tr("%1: %2").arg(name, qt_error_string(error)));
 }
 
 // The number of bytes that the disk took, with errno if these are not all.

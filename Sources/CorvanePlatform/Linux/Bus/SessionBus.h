@@ -3,6 +3,7 @@
 #pragma once
 
 #include "CorvaneContract/Error.h"
+#include "CorvaneContract/Text/UserText.h"
 
 #include <gio/gio.h>
 
@@ -52,7 +53,7 @@ Result within(std::chrono::milliseconds deadline, std::function<Result(GCancella
     if (result.wait_for(deadline) != std::future_status::ready) {
         g_cancellable_cancel(cancellable.get());
         if (result.wait_for(timeToCancel) != std::future_status::ready)
-            throw DeadlineError(QStringLiteral("No answer came in time."));
+            throw DeadlineError(UserText::tr("No answer came in time."));
     }
     return result.get();
 }

@@ -17,6 +17,8 @@ class DesktopPowerManagement final : public PowerManagement {
 public:
     void keepAwake(const QString& reason) override;
     void release() override;
+    // Whether the system has confirmed all it was asked for. Its answer comes some time after keepAwake().
+    [[nodiscard]] bool isHeldBySystem() const { return m_locks.size() == 2; }
 
 private Q_SLOTS:
     void takeShutdown(bool isStarting, const QDBusMessage& message);

@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Network/HttpExchange.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QIODevice>
 #include <QNetworkAccessManager>
 
@@ -86,7 +88,7 @@ bool isAnswer(QNetworkReply::NetworkError error, int status) {
 QString failureText(const QNetworkReply& reply) {
     // Only a lost connection would make it send a body again.
     if (reply.error() == QNetworkReply::ContentReSendError)
-        return QStringLiteral("Connection closed");
+        return UserText::tr("Connection closed");
     return reply.errorString();
 }
 
@@ -130,7 +132,7 @@ HttpExchange::~HttpExchange() {
 
 void HttpExchange::watch() {
     const auto moved = [this] { m_stillness.start(); };
-    const auto timedOut = [this] { fail(Kind::timedOut, QStringLiteral("The request timed out.")); };
+    const auto timedOut = [this] { fail(Kind::timedOut, UserText::tr("The request timed out.")); };
     for (QTimer* timer : {&m_stillness, &m_deadline}) {
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, timedOut);
@@ -152,7 +154,7 @@ void HttpExchange::watch() {
 void HttpExchange::readMore() {
     const qint64 announced = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
     if (std::max(announced, m_body.size() + m_reply->bytesAvailable()) > m_maximumBytes)
-        fail(Kind::tooLarge, QStringLiteral("The answer is larger than %1 MB.").arg(m_maximumBytes / (1024 * 1024)));
+        fail(Kind::tooLarge, UserText::tr("The answer is larger than %1 MB.").arg(m_maximumBytes / (1024 * 1024)));
     else
         m_body += m_reply->readAll();
 }
@@ -164,7 +166,7 @@ void HttpExchange::replyFinished() {
     const bool leadsSomewhere = m_reply->hasRawHeader("Location");
     // The library finds that it cannot send the body of a request again only after it was told to go elsewhere.
     if (isRedirect && leadsSomewhere) {
-        fail(Kind::redirected, QStringLiteral("The server redirects to another address, which is not followed."));
+        fail(Kind::redirected, UserText::tr("The server redirects to another address, which is not followed."));
         return;
     }
     // The library takes a redirect to nowhere for one to a protocol that it does not know.

@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Network/QtHttpClient.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Network/HttpExchange.h"
 
 #include <QHostAddress>
@@ -57,9 +58,9 @@ QtHttpClient::~QtHttpClient() {
 
 QFuture<Outcome<HttpAnswer>> QtHttpClient::send(const HttpRequest& request) {
     if (!isUsable(request))
-        return refused(HttpError::Kind::unusableRequest, QStringLiteral("The address or a header cannot be used."));
+        return refused(HttpError::Kind::unusableRequest, UserText::tr("The address or a header cannot be used."));
     if (isNowhere(request.url))
-        return refused(HttpError::Kind::connection, QStringLiteral("Host %1 not found").arg(request.url.host()));
+        return refused(HttpError::Kind::connection, UserText::tr("Host %1 not found").arg(request.url.host()));
     if (!m_network) {
         m_network = std::make_unique<QNetworkAccessManager>();
         m_network->setProxyFactory(new ProxiesBeyondThisMachine); // owned by the manager

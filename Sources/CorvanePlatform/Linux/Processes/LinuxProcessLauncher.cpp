@@ -1,5 +1,6 @@
 #include "CorvanePlatform/Linux/Processes/LinuxProcessLauncher.h"
 
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Processes/Spawn.h"
 #include "CorvanePlatform/Linux/UniqueFd.h"
 
@@ -59,7 +60,7 @@ UniqueFd openLog(const QString& path) {
     const int error = errno;
     fd = aboveStandardStreams(std::move(fd));
     if (!fd || ::fcntl(fd.get(), F_SETFL, 0) != 0)
-        throw LaunchError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), systemErrorText(error)));
+        throw LaunchError(UserText::tr("%1: %2").arg(QFileInfo(path).fileName(), systemErrorText(error)));
     return fd;
 }
 

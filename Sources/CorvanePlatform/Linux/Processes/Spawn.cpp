@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Processes/Spawn.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -27,7 +29,7 @@ void check(int error) {
 std::string nativeText(const QString& text) {
     // The null character ends a string for the kernel: the rest would be lost without a word.
     if (text.contains(QChar(0)))
-        throw LaunchError(QStringLiteral("A null character in the command line or the environment"));
+        throw LaunchError(UserText::tr("A null character in the command line or the environment"));
     return QFile::encodeName(text).toStdString();
 }
 

@@ -1,5 +1,7 @@
 #include "CorvanePlatform/Linux/Secrets/SecretServiceSession.h"
 
+#include "CorvaneContract/Text/UserText.h"
+
 namespace corvane {
 
 namespace {
@@ -77,20 +79,20 @@ void throwKeychainError(KeychainStatus status, const QString& detail) {
     const auto text = [&] {
         switch (status) {
         case KeychainStatus::noSessionBus:
-            return QStringLiteral("There is no desktop session bus, so the keyring cannot be reached.");
+            return UserText::tr("There is no desktop session bus, so the keyring cannot be reached.");
         case KeychainStatus::noService:
-            return QStringLiteral("No keyring service is running. Install or start one, such as GNOME Keyring or "
-                                  "KWallet, and try again.");
+            return UserText::tr("No keyring service is running. Install or start one, such as GNOME Keyring or "
+                                "KWallet, and try again.");
         case KeychainStatus::locked:
-            return QStringLiteral("The keyring is locked. Unlock it and try again.");
+            return UserText::tr("The keyring is locked. Unlock it and try again.");
         case KeychainStatus::noKeyring:
-            return QStringLiteral("There is no keyring to save the token in. Create one and try again.");
+            return UserText::tr("There is no keyring to save the token in. Create one and try again.");
         case KeychainStatus::timedOut:
-            return QStringLiteral("The keyring service did not answer in time.");
+            return UserText::tr("The keyring service did not answer in time.");
         case KeychainStatus::failed:
             break;
         }
-        return QStringLiteral("The keyring service failed: %1").arg(detail);
+        return UserText::tr("The keyring service failed: %1").arg(detail);
     }();
     throw TokenStoreError(static_cast<std::int32_t>(status), text);
 }

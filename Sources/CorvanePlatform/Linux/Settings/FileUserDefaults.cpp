@@ -3,6 +3,7 @@
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Json/JsonWriter.h"
+#include "CorvaneContract/Text/UserText.h"
 #include "CorvanePlatform/Linux/Files/LinuxFileTree.h"
 #include "CorvanePlatform/Linux/Processes/Spawn.h"
 #include "CorvanePlatform/Linux/UniqueFd.h"
@@ -80,7 +81,7 @@ QJsonValue encode(const UserDefaults::Value& value) {
 }
 
 [[noreturn]] void failWithErrno(const QString& path) {
-    throw FileError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), systemErrorText(errno)));
+    throw FileError(UserText::tr("%1: %2").arg(QFileInfo(path).fileName(), systemErrorText(errno)));
 }
 
 // Held until the result goes. It lies beside the file, which is replaced at every write.
@@ -157,7 +158,7 @@ void FileUserDefaults::change(const QString& key, const std::optional<Value>& va
     Content content = load(m_path);
     // It may be whole: whatever keeps it from being read now, it must not be replaced.
     if (content.state == Content::State::unreadable)
-        throw FileError(QStringLiteral("%1: cannot be read").arg(QFileInfo(m_path).fileName()));
+        throw FileError(UserText::tr("%1: cannot be read").arg(QFileInfo(m_path).fileName()));
     if (value)
         content.entries.insert_or_assign(key, *value);
     else if (content.entries.erase(key) == 0)
