@@ -12,6 +12,11 @@ die() {
 
 ensure_packages() { "$root/Packaging/scripts/ensure-packages.sh" "$@"; }
 
+# Without its models the worker recognises less well; that is no reason to stop.
+fetch_models() {
+    "$root/Packaging/scripts/fetch-models.sh" || say "" "Going on without the models that could not be fetched." ""
+}
+
 jobs_at_once() { echo "${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}"; }
 
 # configure_preset PRESET: quiet unless it fails. A cache that was made in another directory is made afresh: a checkout

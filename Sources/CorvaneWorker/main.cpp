@@ -1,8 +1,10 @@
-// corvane-worker: transcribes one recording, or takes one speaker's voice from a finished transcript, and exits. The
-// application starts it and reads the files that it leaves.
+// corvane-worker: transcribes one recording, takes one speaker's voice from a finished transcript or has the transcript
+// described anew, and exits. The application starts it and reads the files that it leaves.
 #include "CorvaneWorker/CommandLine/CommandLine.h"
+#include "CorvaneWorker/Run/ContextRun.h"
 #include "CorvaneWorker/Run/ExtractRun.h"
 #include "CorvaneWorker/Run/Log.h"
+#include "CorvaneWorker/Run/ModelsRun.h"
 #include "CorvaneWorker/Run/ProcessRun.h"
 
 #include <QFile>
@@ -29,10 +31,10 @@ int perform(const corvane::Command& command) {
         return runProcess(*process);
     if (const auto* extract = std::get_if<ExtractCommand>(&command))
         return runExtract(*extract);
-    if (std::holds_alternative<ContextCommand>(command)) {
-        logLine(QStringLiteral("This worker has no language-model step, so it cannot describe the speakers."));
-        return usageStatus;
-    }
+    if (const auto* context = std::get_if<ContextCommand>(&command))
+        return runContext(*context);
+    if (std::holds_alternative<ModelsCommand>(command))
+        return runModels();
     print(std::holds_alternative<HelpCommand>(command)
               ? usageText()
               : QStringLiteral("corvane-worker %1\n").arg(QStringLiteral(CORVANE_VERSION)));
@@ -53,7 +55,7 @@ int main(int argc, char** argv) {
     try {
         return perform(corvane::parseCommandLine(arguments));
     } catch (const corvane::UsageError& error) {
-        corvane::logLine(error.text() + QLatin1Char('\n') + corvane::usageText().trimmed());
+        corvane::logLine(error.text() + QStringLiteral(" See corvane-worker --help."));
         return usageStatus;
     }
 }

@@ -6,7 +6,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-NOT_OURS = {"build", ".cache", ".git"}
+NOT_OURS = {"build", ".cache", ".git", "ThirdParty"}
 
 
 def arguments(description, *names):
@@ -19,14 +19,15 @@ def arguments(description, *names):
 
 
 def files(root):
-    """The files of the tree relative to root, sorted: what git tracks or would track, or all if this is no clone."""
+    """Our files of the tree relative to root, sorted: what git tracks or would track, or all if this is no clone."""
     if (root / ".git").exists():
         # A checkout that belongs to another user, as in a container, is read all the same.
         command = ["git", "-c", "safe.directory=*", "-C", str(root), "ls-files", "-z"]
         try:
             listed = subprocess.run(command + ["--cached", "--others", "--exclude-standard"],
                                     check=True, capture_output=True, text=True).stdout
-            return sorted(Path(name) for name in set(listed.split("\0")) - {""} if (root / name).is_file())
+            return sorted(Path(name) for name in set(listed.split("\0")) - {""}
+                          if (root / name).is_file() and Path(name).parts[0] not in NOT_OURS)
         except FileNotFoundError:
             pass  # A machine without git: the walk below does.
     found = []

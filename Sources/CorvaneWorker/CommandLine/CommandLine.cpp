@@ -101,6 +101,8 @@ Command parseCommandLine(const QStringList& arguments) {
         return HelpCommand{};
     if (word == QLatin1String("--version"))
         return VersionCommand{};
+    if (word == QLatin1String("models") && arguments.size() == 1)
+        return ModelsCommand{};
     if (word == workerArguments::process)
         return parseProcess(arguments.mid(1));
     if (word == workerArguments::speakerContext)
@@ -115,9 +117,26 @@ QString usageText() {
         "Usage:\n"
         "  corvane-worker process --audio FILE --out-dir DIR --language LANGUAGE [--device NAME] [--backend NAME]\n"
         "                 [--no-diarization | --auto-speakers | --num-speakers N | --min-speakers N --max-speakers M]\n"
-        "  corvane-worker speaker-profiles extract --run-dir DIR --speaker LABEL --out FILE\n"
+        "      Transcribe a recording into the run directory DIR.\n"
         "  corvane-worker speaker-context --run-dir DIR --context TEXT\n"
-        "  corvane-worker --help | --version\n");
+        "      Have the language model describe a finished run anew; TEXT is what is known about the meeting.\n"
+        "  corvane-worker speaker-profiles extract --run-dir DIR --speaker LABEL --out FILE\n"
+        "      Write the voice of one speaker of a finished run as numbers.\n"
+        "  corvane-worker models\n"
+        "      Show what is installed, what is missing, and where models are looked for.\n"
+        "  corvane-worker --help | --version\n"
+        "\n"
+        "Environment:\n"
+        "  CORVANE_WORKER_MODELS          directories of models, with colons between them; looked in first\n"
+        "  CORVANE_WORKER_MODEL_DIR       directory of the PocketSphinx model\n"
+        "  CORVANE_WORKER_ENGINE          \"pocketsphinx\": leave neural recognisers out\n"
+        "  CORVANE_WORKER_LLM             \"ollama\": summarize with the local Ollama; \"off\": do not\n"
+        "  CORVANE_WORKER_OLLAMA_ENDPOINT address of Ollama (http://127.0.0.1:11434)\n"
+        "  CORVANE_WORKER_OLLAMA_MODEL    model to ask (qwen3:1.7b)\n"
+        "  CORVANE_WORKER_OLLAMA_TIMEOUT  seconds that Ollama may stay silent (45)\n"
+        "  CORVANE_WORKER_OLLAMA_NUM_CTX  tokens of a question with its answer (8192)\n"
+        "\n"
+        "The manual page corvane-worker(1) has more.\n");
 }
 
 } // namespace corvane

@@ -53,6 +53,10 @@ struct ContextCommand {
     friend bool operator==(const ContextCommand&, const ContextCommand&) = default;
 };
 
+struct ModelsCommand {
+    friend bool operator==(const ModelsCommand&, const ModelsCommand&) = default;
+};
+
 struct HelpCommand {
     friend bool operator==(const HelpCommand&, const HelpCommand&) = default;
 };
@@ -61,7 +65,8 @@ struct VersionCommand {
     friend bool operator==(const VersionCommand&, const VersionCommand&) = default;
 };
 
-using Command = std::variant<ProcessCommand, ExtractCommand, ContextCommand, HelpCommand, VersionCommand>;
+using Command =
+    std::variant<ProcessCommand, ExtractCommand, ContextCommand, ModelsCommand, HelpCommand, VersionCommand>;
 
 // `arguments` without the program's own name. What stands behind an option is its value, whatever it looks like. A
 // count below 1 is taken as 1, and a maximum below the minimum as the minimum: the application passes on what its

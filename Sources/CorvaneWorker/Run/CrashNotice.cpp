@@ -13,6 +13,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace corvane {
 
@@ -30,6 +31,7 @@ struct Prepared {
     QByteArray line;
 };
 Prepared prepared;
+volatile std::sig_atomic_t armed = 0;
 
 void writeBytes(int fd, const QByteArray& bytes) {
     if (fd >= 0 && ::write(fd, bytes.constData(), static_cast<std::size_t>(bytes.size())) < 0)
@@ -37,6 +39,7 @@ void writeBytes(int fd, const QByteArray& bytes) {
 }
 
 void onCrash(int) {
+    armed = 0;
     const int events = ::open(prepared.eventsPath.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
     writeBytes(events, prepared.event);
     const int state =
@@ -46,6 +49,12 @@ void onCrash(int) {
         ::rename(prepared.temporaryPath.constData(), prepared.statePath.constData());
     writeBytes(STDERR_FILENO, prepared.line);
     ::_exit(1);
+}
+
+// A library that calls exit() about a damaged model.
+void onExit() {
+    if (armed != 0)
+        onCrash(0);
 }
 
 } // namespace
@@ -58,6 +67,8 @@ CrashNotice::CrashNotice(const QString& runDirectory, const QString& sentence) {
     prepared.event =
         encodeWorkerJobEvent(jobEvents::failed, QDateTime::currentDateTimeUtc(), {{QStringLiteral("error"), sentence}});
     prepared.line = sentence.toUtf8() + '\n';
+    static const int registered = std::atexit(&onExit);
+    armed = registered == 0 ? 1 : 0;
     struct sigaction action {};
     action.sa_handler = &onCrash;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -66,6 +77,7 @@ CrashNotice::CrashNotice(const QString& runDirectory, const QString& sentence) {
 }
 
 CrashNotice::~CrashNotice() {
+    armed = 0;
     for (const int signal : crashSignals)
         std::signal(signal, SIG_DFL);
 }

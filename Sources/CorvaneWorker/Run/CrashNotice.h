@@ -1,5 +1,6 @@
-// Tells that a run has failed even when the process crashes, as the recognition library does on some damaged models.
-// Everything is prepared beforehand; the signal handler only writes bytes. One object at a time, on the main thread.
+// Tells that a run has failed even when the process crashes or exits, as the recognition libraries do on some damaged
+// models. Everything is prepared beforehand; the signal handler only writes bytes. One object at a time, on the main
+// thread.
 #pragma once
 
 #include <QString>

@@ -6,12 +6,16 @@
 #include "CorvaneContract/Transcripts/TranscriptText.h"
 #include "CorvaneWorker/Audio/AudioDecoder.h"
 #include "CorvaneWorker/Diarization/Diarizer.h"
+#include "CorvaneWorker/Recognition/EngineChoice.h"
+#include "CorvaneWorker/Recognition/Recognizer.h"
+#include "CorvaneWorker/Recognition/SpeechDecoder.h"
 #include "CorvaneWorker/Run/CrashNotice.h"
+#include "CorvaneWorker/Run/LanguageStep.h"
 #include "CorvaneWorker/Run/Log.h"
 #include "CorvaneWorker/Run/RunReporter.h"
 #include "CorvaneWorker/Run/SignalWatch.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
-#include "CorvaneWorker/Speech/Recognizer.h"
+#include "CorvaneWorker/Speech/VoiceActivityNetwork.h"
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
 #include "CorvaneWorker/WorkerError.h"
 
@@ -25,14 +29,11 @@ namespace corvane {
 namespace {
 
 // Where each stage ends in the fraction of the whole run, by the time that it takes.
-constexpr double decodedProgress = 0.05;
-constexpr double transcribedProgress = 0.93;
-constexpr double separatedProgress = 0.99;
+constexpr double decodedProgress = 0.08;
+constexpr double separatedProgress = 0.20;
+constexpr double transcribedProgress = 0.98;
 
-const QString damagedModel =
-    QStringLiteral("The speech model is damaged and cannot be used. Reinstall the package pocketsphinx-en-us.");
-
-constexpr unsigned mostDecoders = 8; // each takes some 130 MB
+constexpr unsigned mostRecognizers = 8;
 
 class ProcessRun {
 public:
@@ -40,26 +41,41 @@ public:
 
     void run() {
         m_reporter.started(m_command.audio);
-        requireModelForLanguage(m_command.language);
-        m_model = installedSpeechModel();
+        chooseRecogniser();
         SampleStore samples(m_command.outDirectory);
         decode(samples);
-        recognize(samples);
         separate(samples);
-        if (qEnvironmentVariable("CORVANE_WORKER_LLM", QStringLiteral("off")) != QLatin1String("off"))
-            logLine(
-                QStringLiteral("%1 is set, but this worker has no language-model step.").arg(workerEnvironment::llm));
-        m_reporter.event(jobEvents::llmSkipped);
+        recognize(samples);
         finish();
     }
 
 private:
+    // Before anything else: a language that nothing knows is told at once.
+    void chooseRecogniser() {
+        const CrashNotice notice(m_command.outDirectory,
+                                 QStringLiteral("The speech models are damaged and cannot be loaded."));
+        m_choice = chooseEngine(m_command.language);
+        for (const QString& note : m_choice.notes)
+            remark(note);
+    }
+
+    // Which better means were missing: for the log and for metadata.
+    void remark(const QString& sentence) {
+        logLine(sentence);
+        m_remarks.emplace_back(sentence);
+    }
+
     void decode(SampleStore& samples) {
         m_reporter.stage(QStringLiteral("Decoding audio"), 0.0);
         FrameLevels levels;
-        const auto sink = [&samples, &levels](std::span<const std::int16_t> block) {
+        const auto network = VoiceActivityNetwork::load();
+        if (!network)
+            remark(QStringLiteral("Without a network that knows speech, music and noise may be taken for it."));
+        const auto sink = [&](std::span<const std::int16_t> block) {
             samples.append(block);
             levels.add(block);
+            if (network)
+                network->add(block);
         };
         const auto decoded = decodeAudio(
             m_command.audio, sink, [this](double fraction) { m_reporter.progressed(fraction * decodedProgress); });
@@ -67,27 +83,30 @@ private:
             logLine(note);
         m_duration = secondsOfSamples(decoded.sampleCount);
         m_speech = findSpeech(levels.levels());
-        m_regions = speechRegions(m_speech, levels.levels());
+        if (network)
+            m_speech = confirmedSpeech(m_speech, network->finish());
+        m_levels = levels.levels();
     }
 
     void recognize(const SampleStore& samples) {
-        m_reporter.stage(QStringLiteral("Transcribing"), decodedProgress);
+        m_reporter.stage(QStringLiteral("Transcribing"), separatedProgress);
         m_reporter.recognized(0.0);
-        const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostDecoders);
-        const CrashNotice notice(m_command.outDirectory, damagedModel);
-        m_words = recognizeRegions(samples, m_regions, m_model, threads, [this](double fraction) {
+        const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostRecognizers);
+        const CrashNotice notice(m_command.outDirectory, m_choice.engine->crashText());
+        const auto regions = speechRegions(m_turns, m_levels, m_choice.engine->regionLimits());
+        m_words = recognizeRegions(samples, regions, *m_choice.engine, threads, [this](double fraction) {
             m_reporter.recognized(fraction);
-            m_reporter.progressed(decodedProgress + fraction * (transcribedProgress - decodedProgress));
+            m_reporter.progressed(separatedProgress + fraction * (transcribedProgress - separatedProgress));
         });
         m_reporter.recognized(1.0);
     }
 
     void separate(const SampleStore& samples) {
-        if (m_command.separation == SpeakerSeparation::Off)
-            return;
-        m_reporter.stage(QStringLiteral("Telling speakers apart"), transcribedProgress);
-        m_turns = diarize(samples, m_speech, m_command.speakers, [this](double fraction) {
-            m_reporter.progressed(transcribedProgress + fraction * (separatedProgress - transcribedProgress));
+        const bool separated = m_command.separation == SpeakerSeparation::On;
+        const SpeakerLimits limits = separated ? m_command.speakers : SpeakerLimits{1, 1};
+        m_reporter.stage(QStringLiteral("Telling speakers apart"), decodedProgress);
+        m_turns = diarize(samples, m_speech, limits, [this](double fraction) {
+            m_reporter.progressed(decodedProgress + fraction * (separatedProgress - decodedProgress));
         });
     }
 
@@ -98,17 +117,19 @@ private:
                 {QStringLiteral("duration"), std::round(m_duration * 1000.0) / 1000.0},
                 {QStringLiteral("engine"), QStringLiteral("corvane-worker")},
                 {QStringLiteral("worker_version"), QStringLiteral(CORVANE_VERSION)},
-                {QStringLiteral("asr_engine"), QStringLiteral("PocketSphinx")},
-                {QStringLiteral("asr_model"), m_model.name},
+                {QStringLiteral("asr_engine"), m_choice.engine->engineName()},
+                {QStringLiteral("asr_model"), m_choice.engine->modelName()},
                 {QStringLiteral("diarization"), separated ? diarizationName() : QStringLiteral("off")},
+                {QStringLiteral("remarks"), m_remarks},
                 {QStringLiteral("voice_model"), voiceModelID}};
     }
 
     void finish() {
         TranscriptResult result;
         result.metadata = metadata();
-        result.segments = assembleSegments(m_words, m_turns);
+        result.segments = assembleSegments(m_words, m_choice.engine->spelling());
         result.speakers = summarizeSpeakers(result.segments);
+        result.llm = languageStep(result, m_reporter, transcribedProgress);
         const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
         const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
         const bool silent = result.segments.empty();
@@ -121,10 +142,11 @@ private:
 
     const ProcessCommand& m_command;
     RunReporter& m_reporter;
-    SpeechModel m_model;
+    EngineChoice m_choice;
+    JSONValue::Array m_remarks;
     double m_duration = 0; // seconds
+    std::vector<float> m_levels;
     std::vector<FrameRange> m_speech;
-    std::vector<SpeechRegion> m_regions;
     std::vector<RecognizedWord> m_words;
     std::vector<SpeakerTurn> m_turns;
 };
@@ -154,7 +176,10 @@ int runProcess(const ProcessCommand& command) {
     }
     RunReporter reporter(command.outDirectory);
     const SignalWatch watch([&reporter] { endNow(reporter); });
-    setSpeechLibraryFailureHandler([&reporter] { ::_exit(fail(reporter, damagedModel)); });
+    setSpeechLibraryFailureHandler([&reporter] {
+        ::_exit(fail(reporter, QStringLiteral("The speech model is damaged and cannot be used. Reinstall the package "
+                                              "pocketsphinx-en-us.")));
+    });
     // By the time a failure is told, the temporary sound file is gone and its room on the disk is free again.
     try {
         ProcessRun(command, reporter).run();

@@ -98,11 +98,13 @@ bool RunReporter::interrupted() {
     return end(QStringLiteral("Transcription was interrupted"), jobEvents::cancelled, {});
 }
 
-bool RunReporter::end(const QString& message, const QString& eventType, const JSONValue::Object& details) {
+bool RunReporter::end(const QString& message, const QString& eventType, JSONValue::Object details) {
     const std::lock_guard lock(m_mutex);
     if (m_ended)
         return false;
     m_ended = true;
+    if (!m_state.message.isEmpty())
+        details.emplace(QStringLiteral("stage"), m_state.message);
     appendEvent(eventType, details);
     m_state.status = jobStatus::failed;
     m_state.message = message;

@@ -36,13 +36,13 @@ public:
     // Passes on what writeOutputs throws; throws FileError.
     void complete(const QString& message, const std::map<QString, QString>& outputs,
                   const std::function<void()>& writeOutputs);
-    // The event and the state of a run that failed. Does not fail; does nothing if the run has ended before. Returns
-    // whether this call ended it.
+    // The event, which names the stage, and the state of a run that failed. Does not fail; does nothing if the run has
+    // ended before. Returns whether this call ended it.
     bool failed(const QString& sentence);
     bool interrupted();
 
 private:
-    bool end(const QString& message, const QString& eventType, const JSONValue::Object& details);
+    bool end(const QString& message, const QString& eventType, JSONValue::Object details);
     void appendEvent(const QString& type, const JSONValue::Object& details);
     void writeState();
     void tryWriteState();

@@ -53,33 +53,6 @@ void appendRange(std::vector<FrameRange>& ranges, FrameRange range) {
         ranges.push_back(range);
 }
 
-// Cuts the sound at its quietest tenth of a second, as late as the limit allows and not before half of it, until no
-// piece is too long.
-void appendCut(std::vector<SpeechRegion>& regions, SpeechRegion region, std::span<const float> levels,
-               std::int64_t longest) {
-    const auto part = [&](std::int64_t begin, std::int64_t end) {
-        regions.push_back({{begin, end}, {std::max(begin, region.speech.begin), std::min(end, region.speech.end)}});
-    };
-    std::int64_t begin = region.sound.begin;
-    while (region.sound.end - begin > longest) {
-        const std::int64_t from = begin + longest / 2;
-        std::int64_t quietest = from;
-        float least = 0.0F;
-        for (std::int64_t frame = from; frame + 10 <= begin + longest; ++frame) {
-            float sum = 0.0F;
-            for (std::int64_t offset = 0; offset < 10; ++offset)
-                sum += levels[static_cast<std::size_t>(frame + offset)];
-            if (frame == from || sum < least) {
-                least = sum;
-                quietest = frame + 5;
-            }
-        }
-        part(begin, quietest);
-        begin = quietest;
-    }
-    part(begin, region.sound.end);
-}
-
 } // namespace
 
 std::vector<FrameRange> findSpeech(std::span<const float> levels) {
@@ -102,26 +75,26 @@ std::vector<FrameRange> findSpeech(std::span<const float> levels) {
     return ranges;
 }
 
-std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                        const RegionLimits& limits) {
-    std::vector<FrameRange> joined;
-    for (const FrameRange& range : speech) {
-        if (!joined.empty() && range.begin - joined.back().end < limits.joinedPause)
-            joined.back().end = range.end;
-        else
-            joined.push_back(range);
+std::vector<FrameRange> confirmedSpeech(std::span<const FrameRange> loud, std::span<const FrameRange> heard) {
+    constexpr double leastShare = 0.3;
+    constexpr std::int64_t reach = 15; // frames by which the network is early or late
+    std::vector<FrameRange> speech;
+    for (const FrameRange& range : loud) {
+        std::int64_t common = 0;
+        for (const FrameRange& other : heard)
+            common += std::max<std::int64_t>(0, std::min(range.end, other.end + reach) -
+                                                    std::max(range.begin, other.begin - reach));
+        if (static_cast<double>(common) >= leastShare * static_cast<double>(range.length()))
+            speech.push_back(range);
     }
-    std::vector<SpeechRegion> regions;
-    const auto count = static_cast<std::int64_t>(levels.size());
-    for (std::size_t index = 0; index < joined.size(); ++index) {
-        const std::int64_t before = index == 0 ? 0 : (joined[index - 1].end + joined[index].begin) / 2;
-        const std::int64_t behind =
-            index + 1 == joined.size() ? count : (joined[index].end + joined[index + 1].begin) / 2;
-        const FrameRange padded{std::max(before, joined[index].begin - limits.paddingFrames),
-                                std::min(behind, joined[index].end + limits.paddingFrames)};
-        appendCut(regions, {padded, joined[index]}, levels, limits.longestFrames);
-    }
-    return regions;
+    for (const FrameRange& range : heard)
+        if (std::none_of(loud.begin(), loud.end(), [&range](const FrameRange& other) {
+                return other.begin < range.end && range.begin < other.end;
+            }))
+            speech.push_back(range);
+    std::sort(speech.begin(), speech.end(),
+              [](const FrameRange& left, const FrameRange& right) { return left.begin < right.begin; });
+    return speech;
 }
 
 } // namespace corvane

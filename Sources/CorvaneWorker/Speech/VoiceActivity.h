@@ -1,5 +1,4 @@
-// Where somebody speaks: decides frame by frame from the loudness, and cuts the recording at its silences into regions
-// that a recogniser takes one by one. Pure functions; any thread.
+// Where somebody speaks: decides frame by frame from the loudness. Pure functions; any thread.
 #pragma once
 
 #include <cstdint>
@@ -22,22 +21,9 @@ struct FrameRange {
 // than 0.1 s are dropped and pauses shorter than 0.3 s are bridged. Steady noise and silence give nothing.
 [[nodiscard]] std::vector<FrameRange> findSpeech(std::span<const float> levels);
 
-struct RegionLimits {
-    std::int64_t paddingFrames = 20;   // kept before and behind the speech
-    std::int64_t joinedPause = 50;     // a shorter pause does not end a region
-    std::int64_t longestFrames = 2000; // a longer region is cut at its quietest point
-};
-
-// A piece of the recording for the recogniser.
-struct SpeechRegion {
-    FrameRange sound;  // what it listens to
-    FrameRange speech; // the part of that in which words can be; the rest is padding
-
-    friend bool operator==(const SpeechRegion&, const SpeechRegion&) = default;
-};
-
-// Regions for the recogniser: stretches joined over short pauses, padded, and cut where they are too long.
-[[nodiscard]] std::vector<SpeechRegion> speechRegions(std::span<const FrameRange> speech, std::span<const float> levels,
-                                                      const RegionLimits& limits = {});
+// The loud stretches in which a network that knows speech from other sounds heard speech for long enough, and what it
+// heard where no stretch stood out. The loudness knows the borders better, and the network what is said between them.
+[[nodiscard]] std::vector<FrameRange> confirmedSpeech(std::span<const FrameRange> loud,
+                                                      std::span<const FrameRange> heard);
 
 } // namespace corvane

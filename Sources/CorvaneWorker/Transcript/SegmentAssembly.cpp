@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace corvane {
 
@@ -15,42 +16,54 @@ constexpr double longestExampleSeconds = 8.0;
 
 using Words = std::span<const RecognizedWord>;
 
-// Words and turns both go forward in time; `from` remembers where the last search began.
-int speakerOf(const RecognizedWord& word, std::span<const SpeakerTurn> turns, std::size_t& from) {
-    if (turns.empty())
-        return 0;
-    while (from + 1 < turns.size() && turns[from].end <= word.start)
-        ++from;
-    const std::size_t first = from > 0 ? from - 1 : 0;
-    int speaker = turns[first].speaker;
-    double best = -1e9;
-    for (std::size_t index = first; index < turns.size(); ++index) {
-        const SpeakerTurn& turn = turns[index];
-        // Negative where they are apart: then the nearest wins.
-        const double overlap = std::min(turn.end, word.end) - std::max(turn.start, word.start);
-        if (overlap > best) {
-            best = overlap;
-            speaker = turn.speaker;
-        }
-        if (turn.start > word.end)
-            break;
-    }
-    return speaker;
+bool isOneOf(const QString& word, std::initializer_list<const char*> words) {
+    return std::any_of(words.begin(), words.end(), [&word](const char* one) { return word == QLatin1String(one); });
 }
 
-QString textOf(Words words) {
+bool asks(const QString& firstWord) {
+    return isOneOf(firstWord, {"who", "what", "when", "where", "why", "which", "how", "is", "are", "do", "does", "did",
+                               "can", "could", "would", "will", "shall", "have"});
+}
+
+// Words that begin a sentence or stand in it, and are no names.
+bool isFunctionWord(const QString& word) {
+    return isOneOf(word,
+                   {"a",   "an", "the",  "and",   "or",   "but",  "of",   "to",   "in",   "on",      "at",    "for",
+                    "by",  "as", "if",   "so",    "that", "this", "then", "than", "with", "from",    "it",    "he",
+                    "she", "we", "they", "you",   "is",   "are",  "was",  "were", "be",   "because", "which", "who",
+                    "not", "no", "when", "where", "what", "how",  "my",   "your", "our",  "their",   "his",   "her"});
+}
+
+QString capitalized(QString word) {
+    word[0] = word[0].toUpper();
+    return word;
+}
+
+QString textOfBareWords(Words words) {
     QStringList parts;
     for (const RecognizedWord& word : words) {
-        const bool pronoun = word.text == QLatin1String("i") || word.text.startsWith(QLatin1String("i'"));
-        parts << (pronoun ? QLatin1Char('I') + word.text.mid(1) : word.text);
+        const QString lower = word.text.toLower(); // some networks shout
+        const bool pronoun = lower == QLatin1String("i") || lower.startsWith(QLatin1String("i'"));
+        parts << (pronoun ? capitalized(lower) : lower);
     }
-    QString text = parts.join(QLatin1Char(' '));
-    text[0] = text[0].toUpper();
-    return text;
+    const bool question = words.size() > 2 && asks(parts.first());
+    parts.first() = capitalized(parts.first());
+    return parts.join(QLatin1Char(' ')) + QLatin1Char(question ? '?' : '.');
+}
+
+QString textOfSentences(Words words) {
+    QStringList parts;
+    bool begins = true;
+    for (const RecognizedWord& word : words) {
+        const QString lower = word.text.toLower();
+        parts << (begins ? capitalized(word.text) : isFunctionWord(lower) ? lower : word.text);
+        begins = QStringLiteral(".?!").contains(word.text.back());
+    }
+    return parts.join(QLatin1Char(' '));
 }
 
 // Appends the words as one segment, or as several where they last too long.
-void appendSegments(std::vector<TranscriptSegment>& segments, Words words, const QString& label) {
+void appendSegments(std::vector<TranscriptSegment>& segments, Words words, const QString& label, Spelling spelling) {
     if (words.size() > 1 && words.back().end - words.front().start > longestSegmentSeconds) {
         std::size_t cut = words.size() / 2;
         double widest = -1;
@@ -62,13 +75,14 @@ void appendSegments(std::vector<TranscriptSegment>& segments, Words words, const
                 cut = index;
             }
         }
-        appendSegments(segments, words.first(cut), label);
-        appendSegments(segments, words.subspan(cut), label);
+        appendSegments(segments, words.first(cut), label, spelling);
+        appendSegments(segments, words.subspan(cut), label, spelling);
         return;
     }
     // Hundredths are as fine as the recogniser's frames are.
     const auto rounded = [](double seconds) { return std::round(seconds * 100.0) / 100.0; };
-    segments.push_back({rounded(words.front().start), rounded(words.back().end), textOf(words), label});
+    const QString text = spelling == Spelling::Sentences ? textOfSentences(words) : textOfBareWords(words);
+    segments.push_back({rounded(words.front().start), rounded(words.back().end), text, label});
 }
 
 TranscriptExample exampleOf(const TranscriptSegment& segment) {
@@ -106,21 +120,17 @@ QString speakerLabel(int number) {
     return QStringLiteral("SPEAKER_%1").arg(number, 2, 10, QLatin1Char('0'));
 }
 
-std::vector<TranscriptSegment> assembleSegments(std::span<const RecognizedWord> words,
-                                                std::span<const SpeakerTurn> turns) {
-    std::vector<int> speakers;
-    std::size_t from = 0;
-    for (const RecognizedWord& word : words)
-        speakers.push_back(speakerOf(word, turns, from));
+std::vector<TranscriptSegment> assembleSegments(std::span<const RecognizedWord> words, Spelling spelling) {
     std::map<int, QString> labels;
     std::vector<TranscriptSegment> segments;
     for (std::size_t begin = 0, end = 0; begin < words.size(); begin = end) {
         end = begin + 1;
-        while (end < words.size() && speakers[end] == speakers[begin] &&
+        while (end < words.size() && words[end].speaker == words[begin].speaker &&
                words[end].start - words[end - 1].end < pauseSeconds)
             ++end;
-        const auto label = labels.try_emplace(speakers[begin], speakerLabel(static_cast<int>(labels.size()))).first;
-        appendSegments(segments, words.subspan(begin, end - begin), label->second);
+        const auto label =
+            labels.try_emplace(words[begin].speaker, speakerLabel(static_cast<int>(labels.size()))).first;
+        appendSegments(segments, words.subspan(begin, end - begin), label->second, spelling);
     }
     return segments;
 }

@@ -1,4 +1,4 @@
-#include "CorvaneWorker/Speech/SpeechDecoder.h"
+#include "CorvaneWorker/Recognition/SpeechDecoder.h"
 
 #include "CorvaneWorker/WorkerError.h"
 

@@ -1,10 +1,11 @@
-#include "CorvaneWorker/Speech/Recognizer.h"
+#include "CorvaneWorker/Recognition/Recognizer.h"
 
 #include "CorvaneWorker/Speech/FrameLevels.h"
 
 #include <algorithm>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace corvane {
@@ -12,10 +13,11 @@ namespace corvane {
 namespace {
 
 // The recogniser stretches the first and the last word over the silence at either end.
-void takeOutPadding(std::vector<RecognizedWord>& words, const FrameRange& speech) {
-    const double begin = static_cast<double>(speech.begin) / framesPerSecond;
-    const double end = static_cast<double>(speech.end) / framesPerSecond;
+void fitInto(const SpeechRegion& region, std::vector<RecognizedWord>& words) {
+    const double begin = static_cast<double>(region.speech.begin) / framesPerSecond;
+    const double end = static_cast<double>(region.speech.end) / framesPerSecond;
     for (RecognizedWord& word : words) {
+        word.speaker = region.speaker;
         word.start = std::clamp(word.start, begin, end);
         word.end = std::clamp(word.end, word.start, std::max(word.start, end));
     }
@@ -30,15 +32,15 @@ public:
     }
 
     // Takes region after region until none is left or a thread has failed.
-    void work(const SpeechModel& model) {
+    void work(const RecognitionEngine& engine) {
         try {
-            SpeechDecoder decoder(model);
+            const auto recognizer = engine.recognizer();
             while (const auto index = take()) {
                 const SpeechRegion& region = m_regions[*index];
                 const auto sound =
                     m_samples.read(region.sound.begin * frameSamples, region.sound.length() * frameSamples);
-                auto words = decoder.recognize(sound, static_cast<double>(region.sound.begin) / framesPerSecond);
-                takeOutPadding(words, region.speech);
+                auto words = recognizer->recognize(sound, static_cast<double>(region.sound.begin) / framesPerSecond);
+                fitInto(region, words);
                 deliver(*index, std::move(words));
             }
         } catch (...) {
@@ -86,7 +88,7 @@ private:
 } // namespace
 
 std::vector<RecognizedWord> recognizeRegions(const SampleStore& samples, std::span<const SpeechRegion> regions,
-                                             const SpeechModel& model, unsigned threads,
+                                             const RecognitionEngine& engine, unsigned threads,
                                              const RecognitionProgress& progress) {
     if (regions.empty())
         return {};
@@ -95,7 +97,7 @@ std::vector<RecognizedWord> recognizeRegions(const SampleStore& samples, std::sp
         const auto count = std::clamp<std::size_t>(threads, 1, regions.size());
         std::vector<std::jthread> workers;
         for (std::size_t index = 0; index < count; ++index)
-            workers.emplace_back([&queue, &model] { queue.work(model); });
+            workers.emplace_back([&queue, &engine] { queue.work(engine); });
     }
     return queue.allWords();
 }

@@ -1,4 +1,4 @@
-#include "CorvaneWorker/Speech/SpeechModel.h"
+#include "CorvaneWorker/Recognition/SpeechModel.h"
 
 #include "CorvaneWorker/WorkerError.h"
 
@@ -18,13 +18,6 @@ void requireFile(const QString& path) {
 }
 
 } // namespace
-
-void requireModelForLanguage(const QString& language) {
-    const QString plain = language.trimmed().toLower().replace(QLatin1Char('_'), QLatin1Char('-'));
-    if (plain == QLatin1String("en") || plain.startsWith(QLatin1String("en-")) || plain == QLatin1String("english"))
-        return;
-    throw WorkerError(QStringLiteral("Corvane has no speech model for “%1”. It transcribes English.").arg(language));
-}
 
 SpeechModel installedSpeechModel() {
     QString root = qEnvironmentVariable("CORVANE_WORKER_MODEL_DIR");

@@ -2,7 +2,8 @@
 // second); used by one thread at a time.
 #pragma once
 
-#include "CorvaneWorker/Speech/SpeechModel.h"
+#include "CorvaneWorker/Recognition/RecognizedWord.h"
+#include "CorvaneWorker/Recognition/SpeechModel.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,14 +14,6 @@
 struct ps_decoder_s;
 
 namespace corvane {
-
-struct RecognizedWord {
-    double start = 0; // seconds from the start of the recording
-    double end = 0;
-    QString text;
-
-    friend bool operator==(const RecognizedWord&, const RecognizedWord&) = default;
-};
 
 class SpeechDecoder {
 public:

@@ -1,0 +1,48 @@
+#include "CorvaneWorker/Run/LanguageStep.h"
+
+#include "CorvaneContract/Transcripts/TranscriptText.h"
+#include "CorvaneWorker/Language/MeetingDescription.h"
+#include "CorvaneWorker/Language/OllamaModel.h"
+#include "CorvaneWorker/Run/Log.h"
+
+namespace corvane {
+
+namespace {
+
+std::optional<TranscriptLLMContext> describe(const TranscriptResult& transcript, RunReporter& reporter,
+                                             double progressBefore) {
+    const LanguageSettings settings = languageSettings(LanguageModelUse::Off);
+    if (settings.use == LanguageModelUse::Off || groupedSegments(transcript.segments).empty()) {
+        reporter.event(jobEvents::llmSkipped);
+        return std::nullopt;
+    }
+    reporter.stage(QStringLiteral("Summarizing"), progressBefore);
+    OllamaModel model(settings);
+    auto description =
+        describeMeeting(transcript, {}, model, {settings.contextTokens, settings.timeout}, [&](double fraction) {
+            reporter.progressed(progressBefore + fraction * (1.0 - progressBefore));
+        });
+    reporter.event(jobEvents::llmCompleted, {{QStringLiteral("model"), description.model}});
+    return description;
+}
+
+void fail(RunReporter& reporter, const QString& reason) {
+    reporter.event(jobEvents::llmFailed, {{QStringLiteral("error"), reason}});
+    logLine(QStringLiteral("The meeting was not summarized: %1.").arg(reason));
+}
+
+} // namespace
+
+std::optional<TranscriptLLMContext> languageStep(const TranscriptResult& transcript, RunReporter& reporter,
+                                                 double progressBefore) {
+    try {
+        return describe(transcript, reporter, progressBefore);
+    } catch (const LanguageError& error) {
+        fail(reporter, error.text());
+    } catch (const std::exception& error) {
+        fail(reporter, QString::fromUtf8(error.what()));
+    }
+    return std::nullopt;
+}
+
+} // namespace corvane
