@@ -135,8 +135,9 @@ TEST_F(Process, WhatCannotBeTranscribedFailsWithASentence) {
         EXPECT_EQ(exit.error.trimmed(), last.message);
         EXPECT_EQ(events(run).back().type, jobEvents::failed);
         EXPECT_EQ(stringAt(events(run).back().payload, u"error"_s), last.message);
-        if (failure.language == u"en"_s)
+        if (failure.language == u"en"_s) {
             EXPECT_EQ(stringAt(events(run).back().payload, u"stage"_s), u"Decoding audio"_s);
+        }
     }
     const QString run = path(u"noise"_s);
     EXPECT_EQ(runWorker(processArguments(path(u"noise.wav"_s), run)).status, 0);
