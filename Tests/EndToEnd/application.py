@@ -61,6 +61,9 @@ class Application(desktop.DesktopTest):
     def has_sound(self):
         return all(path.stat().st_size > 20000 for path in self.chunks()) and len(self.chunks()) == 2
 
+    def is_processed(self):
+        return any('"completed"' in state.read_text() for state in self.root.glob("runs/*/job_state.json"))
+
     def chunks(self):
         return list(self.root.glob("meetings/*/*chunks/*.wav"))
 
@@ -80,7 +83,7 @@ class Application(desktop.DesktopTest):
                 self.wait_for(self.has_sound, "the sound")
                 self.choose(pause)
                 self.choose(stop)
-                self.wait_for(lambda: list(self.root.glob("runs/*/result.json")), "the run")
+                self.wait_for(self.is_processed, "the run")
                 self.wait_for(lambda: self.tray("menu")[0] == start, "the end of the recording")
                 self.interrupt(process, signal.SIGTERM)
                 self.assertEqual(process.returncode, 0)
