@@ -125,15 +125,16 @@ TEST_F(DependencySetupTest, ALookAsksInOrderUnderAFixedPathAndShowsEachAnswerAtO
     machine.tools = {u"python3"_s, u"ffmpeg"_s};
     std::vector<QString> published;
     QObject::connect(&model, &DependencySetupModel::changed, [&] {
-        published.push_back(u"%1%2%3%4"_s.arg(model.pythonReady())
+        published.push_back(u"%1%2%3%4%5"_s.arg(model.pythonReady())
                                 .arg(model.uvReady())
                                 .arg(model.ffmpegReady())
-                                .arg(model.whisperReady()));
+                                .arg(model.whisperReady())
+                                .arg(model.hasLooked()));
     });
     refresh();
     EXPECT_THAT(machine.commands(), ElementsAre(asked("brew"), asked("python3"), asked("uv"), asked("ffmpeg"), offline,
                                                 asked("apt-get"), asked("dnf"), asked("pacman")));
-    EXPECT_THAT(published, ElementsAre(u"1000"_s, u"1010"_s));
+    EXPECT_THAT(published, ElementsAre(u"10000"_s, u"10100"_s, u"10101"_s));
     for (const ProcessEnvironment& environment : machine.launcher->commandEnvironments())
         EXPECT_EQ(environment, (ProcessEnvironment{
                                    {u"PATH"_s, u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin"_s}}));
