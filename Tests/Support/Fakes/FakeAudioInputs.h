@@ -119,10 +119,13 @@ public:
         return std::make_unique<FakeAudioInput>(microphoneDevice);
     }
     [[nodiscard]] std::unique_ptr<AudioInput> systemAudio() override {
-        const bool isPriming = QThread::currentThread() != QCoreApplication::instance()->thread();
+        const bool isPriming = QThread::currentThread() != m_mainThread;
         return std::make_unique<FakeAudioInput>(isPriming ? primedDevice : systemDevice);
     }
     [[nodiscard]] AudioDevices devices() override { return {}; }
+
+private:
+    const QThread* const m_mainThread = QThread::currentThread(); // the application object may be gone by then
 };
 
 } // namespace corvane
