@@ -35,6 +35,17 @@ constexpr double transcribedProgress = 0.98;
 
 constexpr unsigned mostRecognizers = 8;
 
+void complete(const QString& directory, RunReporter& reporter, const TranscriptResult& result) {
+    const QString resultPath = runFiles::in(directory, runFiles::result);
+    const QString textPath = runFiles::in(directory, runFiles::transcriptText);
+    const bool silent = result.segments.empty();
+    reporter.complete(silent ? QStringLiteral("No speech was found") : QStringLiteral("Completed"),
+                      {{QStringLiteral("result"), resultPath}, {QStringLiteral("transcript"), textPath}}, [&] {
+                          writeFileAtomically(textPath, transcriptText(result.segments, {}).toUtf8());
+                          writeFileAtomically(resultPath, encodeTranscriptResult(result));
+                      });
+}
+
 class ProcessRun {
 public:
     ProcessRun(const ProcessCommand& command, RunReporter& reporter) : m_command(command), m_reporter(reporter) {}
@@ -129,15 +140,13 @@ private:
         result.metadata = metadata();
         result.segments = assembleSegments(m_words, m_choice.engine->spelling());
         result.speakers = summarizeSpeakers(result.segments);
+        // A transcript that is there must not be lost because its description takes long.
+        m_reporter.endEarlyBy([directory = m_command.outDirectory, &reporter = m_reporter, result] {
+            reporter.event(jobEvents::llmFailed, {{QStringLiteral("error"), QStringLiteral("interrupted")}});
+            complete(directory, reporter, result);
+        });
         result.llm = languageStep(result, m_reporter, transcribedProgress);
-        const QString resultPath = runFiles::in(m_command.outDirectory, runFiles::result);
-        const QString textPath = runFiles::in(m_command.outDirectory, runFiles::transcriptText);
-        const bool silent = result.segments.empty();
-        m_reporter.complete(silent ? QStringLiteral("No speech was found") : QStringLiteral("Completed"),
-                            {{QStringLiteral("result"), resultPath}, {QStringLiteral("transcript"), textPath}}, [&] {
-                                writeFileAtomically(textPath, transcriptText(result.segments, {}).toUtf8());
-                                writeFileAtomically(resultPath, encodeTranscriptResult(result));
-                            });
+        complete(m_command.outDirectory, m_reporter, result);
     }
 
     const ProcessCommand& m_command;
@@ -159,10 +168,15 @@ int fail(RunReporter& reporter, const QString& sentence) {
 
 // Ends the process from a thread that is not the main one: the others cannot be waited for.
 void endNow(RunReporter& reporter) {
-    if (!reporter.interrupted())
+    switch (reporter.interrupted()) {
+    case Interruption::tooLate:
         return;
-    logLine(QStringLiteral("Transcription was interrupted"));
-    ::_exit(1);
+    case Interruption::finished:
+        ::_exit(0);
+    case Interruption::cancelled:
+        logLine(QStringLiteral("Transcription was interrupted"));
+        ::_exit(1);
+    }
 }
 
 } // namespace

@@ -94,8 +94,27 @@ bool RunReporter::failed(const QString& sentence) {
     return end(sentence, jobEvents::failed, {{QStringLiteral("error"), sentence}});
 }
 
-bool RunReporter::interrupted() {
-    return end(QStringLiteral("Transcription was interrupted"), jobEvents::cancelled, {});
+Interruption RunReporter::interrupted() {
+    std::function<void()> finish;
+    {
+        const std::lock_guard lock(m_mutex);
+        finish = m_ended ? nullptr : m_endEarly;
+    }
+    try {
+        if (finish) {
+            finish();
+            return Interruption::finished;
+        }
+    } catch (const FileError&) {
+        // Then there is no result.
+    }
+    return end(QStringLiteral("Transcription was interrupted"), jobEvents::cancelled, {}) ? Interruption::cancelled
+                                                                                          : Interruption::tooLate;
+}
+
+void RunReporter::endEarlyBy(std::function<void()> finish) {
+    const std::lock_guard lock(m_mutex);
+    m_endEarly = std::move(finish);
 }
 
 bool RunReporter::end(const QString& message, const QString& eventType, JSONValue::Object details) {

@@ -14,6 +14,12 @@
 
 namespace corvane {
 
+enum class Interruption {
+    tooLate,   // the run had ended before
+    cancelled, // there is no result
+    finished,  // the result is there
+};
+
 class RunReporter {
 public:
     // Begins a new log in the directory, which exists; what an earlier run logged there is dropped. Neither this nor
@@ -39,7 +45,11 @@ public:
     // The event, which names the stage, and the state of a run that failed. Does not fail; does nothing if the run has
     // ended before. Returns whether this call ended it.
     bool failed(const QString& sentence);
-    bool interrupted();
+    // The same for a run that is asked to end; but after endEarlyBy(), `finish` is called in its place.
+    Interruption interrupted();
+    // From here on the run can end with what it has: `finish` calls complete(), and is then called on the thread that
+    // heard of the interruption.
+    void endEarlyBy(std::function<void()> finish);
 
 private:
     bool end(const QString& message, const QString& eventType, JSONValue::Object details);
@@ -54,6 +64,7 @@ private:
     std::chrono::steady_clock::time_point m_lastWrite;
     double m_reportedRecognition = -1;
     bool m_ended = false;
+    std::function<void()> m_endEarly;
 };
 
 } // namespace corvane
