@@ -1,12 +1,13 @@
 #include "CorvaneWorker/Diarization/Diarizer.h"
 
+#include "CorvaneWorker/Diarization/TurnLabels.h"
 #include "CorvaneWorker/Diarization/VoiceClustering.h"
+#include "CorvaneWorker/Diarization/VoiceSequence.h"
 #include "CorvaneWorker/Diarization/VoiceWindows.h"
-#include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/Voice/VoiceModel.h"
+#include "CorvaneWorker/Voice/VoiceTable.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 
 namespace corvane {
 
@@ -16,10 +17,6 @@ using Index = Eigen::Index;
 
 constexpr Index mostClusteredWindows = 600; // the clustering costs the cube of this
 constexpr double leastPersistence = 0.6;    // of a voice that is one; see docs/decisions
-constexpr std::int64_t stepFrames = 10;     // labels are decided for this much at a time
-constexpr double blurFrames = 45.0;         // of the Gaussian that spreads a window's vote around its middle
-constexpr std::int64_t voteReach = 120;
-constexpr std::int64_t shortestTurn = 40;
 
 // About the recording's own mean: what all of it has in common, its room and its microphones, tells nobody apart.
 WindowMatrix centredUnitVectors(WindowMatrix vectors) {
@@ -74,92 +71,65 @@ WindowMatrix findVoices(const WindowMatrix& single, const WindowMatrix& joined, 
     return voicesOf(std::min(limits.least, most));
 }
 
-void appendTurn(std::vector<SpeakerTurn>& turns, std::int64_t begin, std::int64_t end, int speaker) {
-    const double start = static_cast<double>(begin) / framesPerSecond;
-    const double stop = static_cast<double>(end) / framesPerSecond;
-    if (!turns.empty() && turns.back().speaker == speaker && std::abs(turns.back().end - start) < 1e-9)
-        turns.back().end = stop;
-    else
-        turns.push_back({start, stop, speaker});
+// Without the voice network: by the statistics of the sound.
+std::vector<SpeakerTurn> separatePlainly(const SampleStore& samples, std::span<const FrameRange> speech,
+                                         const SpeakerLimits& limits, const std::function<void(double)>& progress) {
+    const VoiceWindows windows = measureWindows(samples, speech, progress);
+    if (windows.ranges.size() < 2)
+        return turnsOfOne(speech);
+    const WindowMatrix vectors = projectWindows(windows.vectors);
+    const WindowMatrix joined = centredUnitVectors(withNeighbours(vectors, windows.ranges));
+    const WindowMatrix voices = findVoices(centredUnitVectors(vectors), joined, windows.ranges, limits);
+    if (voices.rows() <= 1)
+        return turnsOfOne(speech);
+    return labelSpeech(speech, windows.ranges, joined * voices.transpose());
 }
 
-// A scrap between two turns of the same stretch goes to the one before it, or else to the one behind it.
-void absorbScraps(std::vector<SpeakerTurn>& turns) {
-    const auto touches = [](const SpeakerTurn& left, const SpeakerTurn& right) {
-        return std::abs(left.end - right.start) < 1e-9;
-    };
-    std::vector<SpeakerTurn> kept;
-    for (std::size_t index = 0; index < turns.size(); ++index) {
-        SpeakerTurn turn = turns[index];
-        const bool scrap = turn.end - turn.start < static_cast<double>(shortestTurn) / framesPerSecond;
-        if (scrap && !kept.empty() && touches(kept.back(), turn))
-            turn.speaker = kept.back().speaker;
-        else if (scrap && index + 1 < turns.size() && touches(turn, turns[index + 1]))
-            turn.speaker = turns[index + 1].speaker;
-        if (!kept.empty() && kept.back().speaker == turn.speaker && touches(kept.back(), turn))
-            kept.back().end = turn.end;
-        else
-            kept.push_back(turn);
+// Fits every number of speakers that the limits allow and takes the one that explains the windows best.
+Eigen::MatrixXf shareOut(const WindowMatrix& windows, const SpeakerLimits& limits) {
+    const WindowMatrix directions = windows.rowwise().normalized();
+    const WindowMatrix chosen = evenlyChosenRows(directions);
+    const auto levels = clusterByWard(chosen, limits.most);
+    const int most = static_cast<int>(levels.size());
+    SequenceFit best;
+    for (int count = std::min(limits.least, most); count <= most; ++count) {
+        const auto& groups = levels[static_cast<std::size_t>(count - 1)];
+        WindowMatrix means = groupMeans(chosen, groups, count);
+        means.rowwise().normalize();
+        SequenceFit fit = fitSequence(windows, voiceTable().ratios, nearestDirections(directions, means), count);
+        if (best.shares.size() == 0 || fit.score > best.score)
+            best = std::move(fit);
     }
-    turns = std::move(kept);
+    return best.shares;
 }
 
-// Every step of the speech is given to the speaker for whom the windows around it vote.
-std::vector<SpeakerTurn> labelSpeech(std::span<const FrameRange> speech, const VoiceWindows& windows,
-                                     const Eigen::MatrixXf& scores) {
-    std::vector<SpeakerTurn> turns;
-    const auto middleOf = [&](std::size_t window) {
-        return (windows.ranges[window].begin + windows.ranges[window].end) / 2;
-    };
-    std::size_t first = 0;
-    for (const FrameRange& range : speech) {
-        for (std::int64_t begin = range.begin; begin < range.end; begin += stepFrames) {
-            const std::int64_t end = std::min(range.end, begin + stepFrames);
-            const std::int64_t middle = (begin + end) / 2;
-            while (first + 1 < windows.ranges.size() && middleOf(first) < middle - voteReach)
-                ++first;
-            Eigen::RowVectorXf votes = Eigen::RowVectorXf::Zero(scores.cols());
-            for (std::size_t window = first; window < windows.ranges.size(); ++window) {
-                const auto distance = static_cast<double>(middleOf(window) - middle);
-                if (distance > voteReach && window > first)
-                    break;
-                const double weight = std::exp(-0.5 * distance * distance / (blurFrames * blurFrames)) + 1e-9;
-                votes += static_cast<float>(weight) * scores.row(static_cast<Index>(window));
-            }
-            Index speaker = 0;
-            votes.maxCoeff(&speaker);
-            appendTurn(turns, begin, end, static_cast<int>(speaker));
-        }
-    }
-    absorbScraps(turns);
+std::vector<SpeakerTurn> separate(const VoiceModel& model, const SampleStore& samples,
+                                  std::span<const FrameRange> speech, const SpeakerLimits& limits,
+                                  const std::function<void(double)>& progress) {
+    const auto windows = placeWindows(speech, {.hop = 25, .shortest = 10});
+    if (windows.size() < 2)
+        return turnsOfOne(speech);
+    const VoiceTable& table = voiceTable();
+    const WindowMatrix vectors = model.measure(samples, speech, windows, progress);
+    auto turns = labelSpeech(speech, windows, shareOut((vectors.rowwise() - table.mean) * table.directions, limits));
+    moveBordersToPauses(turns, samples);
     return turns;
 }
 
 } // namespace
 
 QString diarizationName() {
-    return QStringLiteral("corvane-acoustic-clustering");
+    return installedVoiceModel().model ? QStringLiteral("corvane-voice-network")
+                                       : QStringLiteral("corvane-acoustic-clustering");
 }
 
 std::vector<SpeakerTurn> diarize(const SampleStore& samples, std::span<const FrameRange> speech,
                                  const SpeakerLimits& limits, const std::function<void(double)>& progress) {
-    const auto everythingBy = [&](int speaker) {
-        std::vector<SpeakerTurn> turns;
-        for (const FrameRange& range : speech)
-            appendTurn(turns, range.begin, range.end, speaker);
-        return turns;
-    };
     if (limits.most <= 1)
-        return everythingBy(0);
-    const VoiceWindows windows = measureWindows(samples, speech, progress);
-    if (windows.ranges.size() < 2)
-        return everythingBy(0);
-    const WindowMatrix vectors = projectWindows(windows.vectors);
-    const WindowMatrix joined = centredUnitVectors(withNeighbours(vectors, windows.ranges));
-    const WindowMatrix voices = findVoices(centredUnitVectors(vectors), joined, windows.ranges, limits);
-    if (voices.rows() <= 1)
-        return everythingBy(0);
-    return labelSpeech(speech, windows, joined * voices.transpose());
+        return turnsOfOne(speech);
+    if (const auto& model = installedVoiceModel().model)
+        return separate(*model, samples, speech, limits, progress);
+    return separatePlainly(samples, speech, limits, progress);
 }
 
 } // namespace corvane

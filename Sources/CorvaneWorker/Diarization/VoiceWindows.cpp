@@ -13,8 +13,6 @@ namespace corvane {
 namespace {
 
 constexpr std::int64_t windowFrames = 150;
-constexpr std::int64_t hopFrames = 75;
-constexpr std::int64_t shortestWindow = 50;
 constexpr Eigen::Index fewestClearFrames = 30;
 constexpr float clearBelowLoudest = 25.0F; // dB; quieter frames are breath and reverberation
 constexpr int deltaReach = 2;              // frames to either side
@@ -91,13 +89,13 @@ std::optional<Eigen::RowVectorXf> statistics(const VoiceFrames& frames, Eigen::I
 
 } // namespace
 
-std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech) {
+std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech, const WindowPlan& plan) {
     std::vector<FrameRange> windows;
     for (const FrameRange& range : speech) {
-        if (range.length() < shortestWindow)
+        if (range.length() < plan.shortest)
             continue;
         std::int64_t begin = range.begin;
-        for (; begin + windowFrames < range.end; begin += hopFrames)
+        for (; begin + windowFrames < range.end; begin += plan.hop)
             windows.push_back({begin, begin + windowFrames});
         const std::int64_t last = std::max(range.begin, range.end - windowFrames);
         windows.push_back({last, range.end});

@@ -20,8 +20,13 @@ struct VoiceWindows {
     WindowMatrix vectors; // one row per range
 };
 
-// Windows of 1.5 s every 0.75 s within each stretch; a stretch shorter than that is one window if it has half a second.
-[[nodiscard]] std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech);
+struct WindowPlan {
+    std::int64_t hop = 75;      // frames from one window to the next
+    std::int64_t shortest = 50; // stretches with fewer frames get no window
+};
+
+// Windows of 1.5 s within each stretch; a stretch shorter than that is one window.
+[[nodiscard]] std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech, const WindowPlan& plan = {});
 
 // The statistics of every window that has enough clear speech: cepstra and their movement, pitch. Not yet projected.
 [[nodiscard]] VoiceWindows measureWindows(const SampleStore& samples, std::span<const FrameRange> speech,

@@ -11,6 +11,8 @@
 #include "CorvaneWorker/Diarization/VoiceWindows.h"
 #include "CorvaneWorker/Run/Log.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/Voice/VoiceModel.h"
+#include "CorvaneWorker/Voice/VoiceTable.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <QDir>
@@ -88,6 +90,29 @@ std::vector<FrameRange> intersect(std::span<const FrameRange> left, std::span<co
     return common;
 }
 
+struct MeasuredVoice {
+    Eigen::RowVectorXd vector;
+    std::int64_t windowCount = 0;
+};
+
+// By the voice network, or by plainer means where it is missing. Vectors of the two have different lengths, so that they
+// are never taken for one voice.
+MeasuredVoice measureVoice(const SampleStore& samples, std::span<const FrameRange> speech) {
+    const auto nothing = [](double) {};
+    if (const auto& model = installedVoiceModel().model) {
+        const auto windows = placeWindows(speech);
+        if (windows.empty())
+            return {};
+        return {networkVoiceVector(model->measure(samples, speech, windows, nothing)),
+                static_cast<std::int64_t>(windows.size())};
+    }
+    logLine(installedVoiceModel().note);
+    const VoiceWindows windows = measureWindows(samples, speech, nothing);
+    if (windows.ranges.empty())
+        return {};
+    return {voiceVector(windows.vectors), static_cast<std::int64_t>(windows.ranges.size())};
+}
+
 ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const TranscriptResult result = readResult(command.runDirectory);
     const auto wanted = speechOf(result, command.speaker);
@@ -109,16 +134,15 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const double seconds = static_cast<double>(frames) / framesPerSecond;
     if (seconds < leastSpeechSeconds)
         throw tooLittle;
-    const VoiceWindows windows = measureWindows(samples, speech, [](double) {});
-    if (windows.ranges.empty())
+    const MeasuredVoice voice = measureVoice(samples, speech);
+    if (voice.windowCount == 0)
         throw tooLittle;
     ExtractedSpeakerEmbedding embedding;
     embedding.speaker = command.speaker;
-    const Eigen::RowVectorXd vector = voiceVector(windows.vectors);
-    embedding.embedding.assign(vector.begin(), vector.end());
+    embedding.embedding.assign(voice.vector.begin(), voice.vector.end());
     embedding.modelID = voiceModelID;
     embedding.dimension = static_cast<std::int64_t>(embedding.embedding.size());
-    embedding.sampleCount = static_cast<std::int64_t>(windows.ranges.size());
+    embedding.sampleCount = voice.windowCount;
     embedding.totalSpeechSeconds = seconds;
     embedding.sourceRunID =
         QFileInfo(QDir::cleanPath(QDir::current().absoluteFilePath(command.runDirectory))).fileName();

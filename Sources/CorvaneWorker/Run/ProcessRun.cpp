@@ -17,6 +17,7 @@
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/Speech/VoiceActivityNetwork.h"
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
+#include "CorvaneWorker/Voice/VoiceModel.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <unistd.h>
@@ -116,6 +117,8 @@ private:
         const bool separated = m_command.separation == SpeakerSeparation::On;
         const SpeakerLimits limits = separated ? m_command.speakers : SpeakerLimits{1, 1};
         m_reporter.stage(QStringLiteral("Telling speakers apart"), decodedProgress);
+        if (const QString& note = installedVoiceModel().note; separated && !note.isEmpty())
+            logLine(note);
         m_turns = diarize(samples, m_speech, limits, [this](double fraction) {
             m_reporter.progressed(decodedProgress + fraction * (separatedProgress - decodedProgress));
         });

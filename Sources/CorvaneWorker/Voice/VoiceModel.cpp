@@ -4,6 +4,7 @@
 #include "CorvaneWorker/Models/ModelPlaces.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/Voice/SpeechTimeline.h"
+#include "CorvaneWorker/Voice/VoiceTable.h"
 
 #include <algorithm>
 #include <atomic>
@@ -18,7 +19,8 @@ namespace {
 using Index = Eigen::Index;
 
 constexpr std::int64_t blockFrames = 2000; // measured at a time, so that memory stays bounded
-Index normalisedFrames = 300;    // the mean over these is taken away: what the network was trained with
+constexpr Index normalisedFrames = 300;    // the mean over these is taken away: what the network was trained with
+constexpr float leastVariance = 1e-10F;
 constexpr unsigned mostThreads = 4;
 
 QByteArray readModelFile(const QString& directory, const char* name) {
@@ -112,29 +114,32 @@ void inParallel(std::size_t count, const std::function<void(std::size_t)>& work)
 
 } // namespace
 
-std::unique_ptr<VoiceModel> VoiceModel::load(QString& note) {
-    const QString directory = findModel(QStringLiteral("voice/xvector-8khz"));
-    if (directory.isEmpty()) {
-        note = QStringLiteral("The voice model is not installed: speakers are told apart by plainer means.");
-        return nullptr;
-    }
-    try {
-        return std::make_unique<VoiceModel>(directory);
-    } catch (const ModelError& error) {
-        note = QStringLiteral("The voice model in %1 cannot be used, because %2: speakers are told apart by plainer "
-                              "means.")
-                   .arg(directory, error.text());
-        return nullptr;
-    }
-}
-
 VoiceModel::VoiceModel(const QString& directory)
     : m_network(parseKaldiNetwork(readModelFile(directory, "final.ext.raw"))),
       m_mean(parseKaldiVector(readModelFile(directory, "mean.vec"))) {
-    if (m_mean.size() != m_network.vectorSize())
+    if (m_mean.size() != networkVectorSize || m_network.vectorSize() != networkVectorSize)
         throw ModelError(QStringLiteral("its files do not belong together"));
-    if (const char* value = getenv("CMN")) normalisedFrames = atoi(value);
 }
+
+namespace {
+
+// The mean and the deviation of the outputs over each part.
+void pool(const FrameMatrix& outputs, std::span<const FrameRange> parts, std::int64_t begin, FrameMatrix& means,
+          FrameMatrix& deviations) {
+    means = FrameMatrix::Zero(static_cast<Index>(parts.size()), outputs.cols());
+    deviations = means;
+    for (std::size_t index = 0; index < parts.size(); ++index) {
+        if (parts[index].length() == 0)
+            continue;
+        const auto row = static_cast<Index>(index);
+        const auto own = outputs.middleRows(parts[index].begin - begin, parts[index].length());
+        means.row(row) = own.colwise().mean();
+        deviations.row(row) = (own.rowwise() - means.row(row)).colwise().squaredNorm() / parts[index].length();
+    }
+    deviations = deviations.cwiseMax(leastVariance).cwiseSqrt();
+}
+
+} // namespace
 
 FrameMatrix VoiceModel::measure(const SampleStore& samples, std::span<const FrameRange> speech,
                                 std::span<const FrameRange> windows,
@@ -150,35 +155,50 @@ FrameMatrix VoiceModel::measure(const SampleStore& samples, std::span<const Fram
     std::size_t done = 0;
     inParallel(blocks.size(), [&](std::size_t number) {
         const Block& block = blocks[number];
-        const Index reach = m_network.reach();
-        const std::int64_t margin = normalisedFrames + reach;
-        const FrameRange needed{std::max<std::int64_t>(0, block.timeline.begin - margin),
-                                std::min(timeline.length(), block.timeline.end + margin)};
-        if (block.timeline.length() > 0) {
-            const FrameMatrix features = featuresOf(m_features, samples, timeline.inRecording(needed));
-            const FrameMatrix outputs = m_network.frameOutputs(
-                normalised(features, block.timeline.begin - needed.begin, block.timeline.end - needed.begin, reach));
-            const auto count = static_cast<Index>(block.last - block.first);
-            FrameMatrix means = FrameMatrix::Zero(count, outputs.cols());
-            FrameMatrix deviations = means;
-            for (Index row = 0; row < count; ++row) {
-                const FrameRange& part = parts[block.first + static_cast<std::size_t>(row)];
-                if (part.length() == 0)
-                    continue;
-                const auto own = outputs.middleRows(part.begin - block.timeline.begin, part.length());
-                means.row(row) = own.colwise().mean();
-                deviations.row(row) = (own.rowwise() - means.row(row)).colwise().squaredNorm() / part.length();
-            }
-            deviations = deviations.cwiseMax(1e-10F).cwiseSqrt();
-            const FrameMatrix vectors = m_network.vectors(means, deviations);
-            for (Index row = 0; row < count; ++row)
-                if (parts[block.first + static_cast<std::size_t>(row)].length() > 0)
-                    result.row(static_cast<Index>(block.first) + row) = vectors.row(row) - m_mean;
-        }
+        const auto own = std::span(parts).subspan(block.first, block.last - block.first);
+        const FrameMatrix vectors = measureBlock(samples, timeline, block.timeline, own);
         const std::lock_guard lock(mutex);
+        for (std::size_t index = 0; index < own.size(); ++index)
+            if (own[index].length() > 0)
+                result.row(static_cast<Index>(block.first + index)) = vectors.row(static_cast<Index>(index)) - m_mean;
         progress(static_cast<double>(++done) / static_cast<double>(blocks.size()));
     });
     return result;
+}
+
+FrameMatrix VoiceModel::measureBlock(const SampleStore& samples, const SpeechTimeline& timeline, FrameRange block,
+                                     std::span<const FrameRange> parts) const {
+    if (block.length() == 0)
+        return FrameMatrix::Zero(static_cast<Index>(parts.size()), m_network.vectorSize());
+    const Index reach = m_network.reach();
+    const FrameRange needed{std::max<std::int64_t>(0, block.begin - normalisedFrames - reach),
+                            std::min(timeline.length(), block.end + normalisedFrames + reach)};
+    const FrameMatrix features = featuresOf(m_features, samples, timeline.inRecording(needed));
+    const FrameMatrix outputs =
+        m_network.frameOutputs(normalised(features, block.begin - needed.begin, block.end - needed.begin, reach));
+    FrameMatrix means;
+    FrameMatrix deviations;
+    pool(outputs, parts, block.begin, means, deviations);
+    return m_network.vectors(means, deviations);
+}
+
+const InstalledVoiceModel& installedVoiceModel() {
+    static const InstalledVoiceModel installed = [] {
+        InstalledVoiceModel result;
+        const QString directory = findModel(QStringLiteral("voice/xvector-8khz"));
+        try {
+            if (!directory.isEmpty())
+                result.model = std::make_unique<const VoiceModel>(directory);
+            else
+                result.note = QStringLiteral("The voice model is not installed: voices are told apart by plainer means.");
+        } catch (const ModelError& error) {
+            result.note = QStringLiteral("The voice model in %1 cannot be used because %2: voices are told apart by "
+                                         "plainer means.")
+                              .arg(directory, error.text());
+        }
+        return result;
+    }();
+    return installed;
 }
 
 } // namespace corvane

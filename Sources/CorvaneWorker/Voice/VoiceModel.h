@@ -4,6 +4,7 @@
 
 #include "CorvaneWorker/Audio/SampleStore.h"
 #include "CorvaneWorker/Speech/VoiceActivity.h"
+#include "CorvaneWorker/Voice/SpeechTimeline.h"
 #include "CorvaneWorker/Voice/VoiceNetwork.h"
 
 #include <QString>
@@ -15,8 +16,6 @@ namespace corvane {
 
 class VoiceModel {
 public:
-    // Null if the model is not installed or is damaged; `note` then says why, in a sentence for the log.
-    [[nodiscard]] static std::unique_ptr<VoiceModel> load(QString& note);
     // Throws ModelError.
     explicit VoiceModel(const QString& directory);
 
@@ -28,9 +27,20 @@ public:
                                       const std::function<void(double)>& progress) const;
 
 private:
+    [[nodiscard]] FrameMatrix measureBlock(const SampleStore& samples, const SpeechTimeline& timeline, FrameRange block,
+                                           std::span<const FrameRange> parts) const;
+
     TelephoneFeatures m_features;
     VoiceNetwork m_network;
     Eigen::RowVectorXf m_mean;
 };
+
+struct InstalledVoiceModel {
+    std::unique_ptr<const VoiceModel> model; // null if it is not installed or is damaged
+    QString note;                            // then why, one sentence for the log
+};
+
+// Loads it at the first call.
+[[nodiscard]] const InstalledVoiceModel& installedVoiceModel();
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "CorvaneWorker/Audio/AudioDecoder.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/WorkerError.h"
 
 #include <QDir>
 
@@ -31,6 +32,14 @@ std::vector<CorpusFile> corpusFiles(const QString& directory) {
 WindowMatrix statisticsOfFile(const QString& path) {
     const Recording recording(path);
     return measureWindows(recording.samples, recording.speech, [](double) {}).vectors;
+}
+
+FrameMatrix networkWindowsOfFile(const QString& path) {
+    const VoiceModel* model = installedVoiceModel().model.get();
+    if (model == nullptr)
+        throw WorkerError(installedVoiceModel().note);
+    const Recording recording(path);
+    return model->measure(recording.samples, recording.speech, placeWindows(recording.speech), [](double) {});
 }
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 
 #include "CorvaneWorker/Audio/SampleStore.h"
 #include "CorvaneWorker/Diarization/VoiceWindows.h"
+#include "CorvaneWorker/Voice/VoiceModel.h"
 
 #include <QString>
 #include <QStringList>
@@ -25,5 +26,8 @@ struct CorpusFile {
 
 // Statistics of the windows of a file, not projected.
 [[nodiscard]] WindowMatrix statisticsOfFile(const QString& path);
+
+// What the voice network says of them. Throws WorkerError, also if the network is not installed.
+[[nodiscard]] FrameMatrix networkWindowsOfFile(const QString& path);
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 // voice-lab: makes the table of the voice background and measures what it is worth. A developer's tool; see
 // docs/decisions for how the recordings are made that it is fed with.
+#include "CorvaneWorker/VoiceLab/Learning.h"
 #include "CorvaneWorker/VoiceLab/Measures.h"
 #include "CorvaneWorker/VoiceLab/Training.h"
 #include "CorvaneWorker/WorkerError.h"
@@ -25,6 +26,8 @@ int main(int argc, char** argv) {
     try {
         if (arguments.value(0) == QLatin1String("train") && arguments.size() >= 3)
             corvane::trainBackground(arguments[1], arguments[2], arguments.value(3));
+        else if (arguments.value(0) == QLatin1String("learn") && arguments.size() == 3)
+            corvane::learnVoices(arguments[1], arguments[2]);
         else if (arguments.value(0) == QLatin1String("voices") && arguments.size() == 3)
             corvane::printVoiceCosines(arguments[1], arguments[2].toDouble());
         else if (arguments.value(0) == QLatin1String("speakers") && arguments.size() == 3)

@@ -1,0 +1,90 @@
+#include "CorvaneWorker/Diarization/VoiceSequence.h"
+
+#include <cmath>
+
+namespace corvane {
+
+namespace {
+
+using Eigen::Index;
+using Eigen::MatrixXd;
+using Eigen::VectorXd;
+
+// Windows overlap and neighbours sound alike: each counts for less than one observation.
+constexpr double evidence = 0.4;
+// How much a speaker has to differ from the average one to be worth it: little while the speakers are given, more when
+// their number is chosen. Both were chosen on voice-lab's tuning set.
+constexpr double cautionInFitting = 1.0;
+constexpr double cautionInChoosing = 3.0;
+constexpr double stay = 0.98; // the chance that the next window, a quarter of a second later, is of the same speaker
+constexpr int passes = 10;
+constexpr double certainty = 0.9; // of the groups that it starts from
+
+struct Voices {
+    MatrixXd means;  // speakers by directions
+    MatrixXd spread; // the variance that is left of each
+};
+
+Voices voicesOf(const MatrixXd& scaled, const Eigen::RowVectorXd& ratios, const MatrixXd& shares, double caution) {
+    const double weight = evidence / caution;
+    const VectorXd sizes = shares.colwise().sum();
+    Voices voices;
+    voices.spread = (1.0 + weight * (sizes * ratios).array()).inverse();
+    voices.means = weight * voices.spread.cwiseProduct(shares.transpose() * scaled);
+    return voices;
+}
+
+// The logarithm of how well each window fits each speaker, less what does not depend on the speaker.
+MatrixXd fitOf(const MatrixXd& scaled, const Eigen::RowVectorXd& ratios, const Voices& voices) {
+    const VectorXd cost = (voices.spread + voices.means.cwiseAbs2()) * ratios.transpose() / 2.0;
+    return evidence * ((scaled * voices.means.transpose()).rowwise() - cost.transpose());
+}
+
+// Forward and backward over the windows; the shares, and the logarithm of the likelihood of all.
+double decode(const MatrixXd& fit, MatrixXd& shares) {
+    const Index count = fit.cols();
+    const double change = (1.0 - stay) / static_cast<double>(count);
+    const VectorXd highest = fit.rowwise().maxCoeff();
+    const MatrixXd chance = (fit.colwise() - highest).array().exp();
+    MatrixXd forward(fit.rows(), count);
+    VectorXd scale(fit.rows());
+    for (Index row = 0; row < fit.rows(); ++row) {
+        Eigen::RowVectorXd reached = Eigen::RowVectorXd::Constant(count, 1.0 / static_cast<double>(count));
+        if (row > 0)
+            reached = (stay * forward.row(row - 1)).array() + change;
+        forward.row(row) = reached.cwiseProduct(chance.row(row));
+        scale[row] = forward.row(row).sum();
+        forward.row(row) /= scale[row];
+    }
+    Eigen::RowVectorXd backward = Eigen::RowVectorXd::Ones(count);
+    shares.resize(fit.rows(), count);
+    for (Index row = fit.rows() - 1; row >= 0; --row) {
+        shares.row(row) = forward.row(row).cwiseProduct(backward);
+        shares.row(row) /= shares.row(row).sum();
+        const Eigen::RowVectorXd next = chance.row(row).cwiseProduct(backward);
+        backward = ((stay * next).array() + change * next.sum()) / scale[row];
+    }
+    return scale.array().log().sum() + highest.sum();
+}
+
+} // namespace
+
+SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, std::span<const int> groups,
+                        int count) {
+    const Eigen::RowVectorXd variances = ratios.cast<double>();
+    const MatrixXd scaled = windows.cast<double>() * variances.cwiseSqrt().asDiagonal();
+    MatrixXd shares = MatrixXd::Constant(windows.rows(), count, (1.0 - certainty) / count);
+    for (std::size_t row = 0; row < groups.size(); ++row)
+        shares(static_cast<Index>(row), groups[row]) += certainty;
+    for (int pass = 0; pass < passes; ++pass)
+        (void)decode(fitOf(scaled, variances, voicesOf(scaled, variances, shares, cautionInFitting)), shares);
+    const Voices voices = voicesOf(scaled, variances, shares, cautionInChoosing);
+    MatrixXd chosen;
+    const double likelihood = decode(fitOf(scaled, variances, voices), chosen);
+    // Less the distance of the speakers from the average one (Kullback and Leibler's).
+    const double cost =
+        (voices.spread.array().log() - voices.spread.array() - voices.means.array().square() + 1.0).sum();
+    return {shares.cast<float>(), likelihood + cautionInChoosing / 2.0 * cost};
+}
+
+} // namespace corvane

@@ -1,0 +1,12 @@
+// Makes the table of what is known about the voice network's vectors (Voice/VoiceTable.h).
+#pragma once
+
+#include <QString>
+
+namespace corvane {
+
+// PEOPLE/PERSON/MEETING-ROOM.wav, as make-conversations.py --people makes them; each meeting in several rooms, of which
+// one is "clean". Writes the file that VoiceTable.cpp includes. Throws WorkerError, FileError.
+void learnVoices(const QString& people, const QString& table);
+
+} // namespace corvane
