@@ -15,8 +15,8 @@ constexpr std::int64_t stepFrames = 10; // labels are decided for this much at a
 constexpr double blurFrames = 45.0;     // of the Gaussian that spreads a window's vote around its middle
 constexpr std::int64_t voteReach = 120;
 constexpr std::int64_t shortestTurn = 40;
-constexpr std::int64_t borderReach = 40;   // frames by which a border may move
-constexpr double farther = 0.15;           // dB that a place must be quieter for each frame that it is away
+constexpr std::int64_t borderReach = 40; // frames by which a border may move
+constexpr double farther = 0.15;         // dB that a place must be quieter for each frame that it is away
 
 void appendTurn(std::vector<SpeakerTurn>& turns, std::int64_t begin, std::int64_t end, int speaker) {
     const double start = static_cast<double>(begin) / framesPerSecond;
@@ -56,7 +56,8 @@ std::int64_t quietestFrame(std::span<const std::int16_t> samples, std::int64_t w
     std::int64_t best = wanted;
     double least = std::numeric_limits<double>::max();
     for (std::size_t frame = 2; frame + 2 < level.size(); ++frame) {
-        const double around = (level[frame - 2] + level[frame - 1] + level[frame] + level[frame + 1] + level[frame + 2]) / 5.0;
+        const double around =
+            (level[frame - 2] + level[frame - 1] + level[frame] + level[frame + 1] + level[frame + 2]) / 5.0;
         const auto place = static_cast<std::int64_t>(frame);
         const double cost = around + farther * static_cast<double>(std::abs(place - wanted));
         if (cost < least) {
@@ -72,9 +73,7 @@ std::int64_t quietestFrame(std::span<const std::int16_t> samples, std::int64_t w
 std::vector<SpeakerTurn> labelSpeech(std::span<const FrameRange> speech, std::span<const FrameRange> windows,
                                      const Eigen::MatrixXf& scores) {
     std::vector<SpeakerTurn> turns;
-    const auto middleOf = [&](std::size_t window) {
-        return (windows[window].begin + windows[window].end) / 2;
-    };
+    const auto middleOf = [&](std::size_t window) { return (windows[window].begin + windows[window].end) / 2; };
     std::size_t first = 0;
     for (const FrameRange& range : speech) {
         for (std::int64_t begin = range.begin; begin < range.end; begin += stepFrames) {

@@ -95,8 +95,8 @@ struct MeasuredVoice {
     std::int64_t windowCount = 0;
 };
 
-// By the voice network, or by plainer means where it is missing. Vectors of the two have different lengths, so that they
-// are never taken for one voice.
+// By the voice network, or by plainer means where it is missing. Vectors of the two have different lengths, so that
+// they are never taken for one voice.
 MeasuredVoice measureVoice(const SampleStore& samples, std::span<const FrameRange> speech) {
     const auto nothing = [](double) {};
     if (const auto& model = installedVoiceModel().model) {

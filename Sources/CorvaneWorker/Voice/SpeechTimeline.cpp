@@ -13,10 +13,9 @@ SpeechTimeline::SpeechTimeline(std::span<const FrameRange> speech) {
 }
 
 std::int64_t SpeechTimeline::before(std::int64_t frame) const {
-    const auto next = std::upper_bound(m_stretches.begin(), m_stretches.end(), frame,
-                                       [](std::int64_t value, const Stretch& stretch) {
-                                           return value < stretch.range.begin;
-                                       });
+    const auto next =
+        std::upper_bound(m_stretches.begin(), m_stretches.end(), frame,
+                         [](std::int64_t value, const Stretch& stretch) { return value < stretch.range.begin; });
     if (next == m_stretches.begin())
         return 0;
     const Stretch& own = *std::prev(next);

@@ -103,10 +103,9 @@ Eigen::VectorXf halvingFilter() {
 }
 
 Eigen::VectorXf halveRate(std::span<const std::int16_t> samples, const Eigen::VectorXf& filter) {
-    const Eigen::VectorXf input =
-        Eigen::Map<const Eigen::Matrix<std::int16_t, Eigen::Dynamic, 1>>(samples.data(),
-                                                                         static_cast<Index>(samples.size()))
-            .cast<float>();
+    const Eigen::VectorXf input = Eigen::Map<const Eigen::Matrix<std::int16_t, Eigen::Dynamic, 1>>(
+                                      samples.data(), static_cast<Index>(samples.size()))
+                                      .cast<float>();
     const Index count = std::max<Index>(0, (input.size() - filter.size()) / 2 + 1);
     Eigen::VectorXf output(count);
     for (Index index = 0; index < count; ++index)
@@ -127,8 +126,7 @@ FrameMatrix TelephoneFeatures::compute(std::span<const std::int16_t> samples) co
     using Frames = Eigen::Map<const FrameMatrix, 0, Eigen::OuterStride<>>;
     const Frames overlapping(sound.data(), frames, frameLength, Eigen::OuterStride<>(frameShift));
     const FrameMatrix spectrum = overlapping * m_spectrum;
-    const FrameMatrix power =
-        spectrum.leftCols(binCount).cwiseAbs2() + spectrum.rightCols(binCount).cwiseAbs2();
+    const FrameMatrix power = spectrum.leftCols(binCount).cwiseAbs2() + spectrum.rightCols(binCount).cwiseAbs2();
     const FrameMatrix bands = (power * m_bands).array().max(std::numeric_limits<float>::epsilon()).log();
     FrameMatrix cepstra = bands * m_cosines;
     for (Index frame = 0; frame < frames; ++frame) {

@@ -101,8 +101,8 @@ void inParallel(std::size_t count, const std::function<void(std::size_t)>& work)
             next = count;
         }
     };
-    const std::size_t threads = std::min<std::size_t>(
-        count, std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
+    const std::size_t threads =
+        std::min<std::size_t>(count, std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
     std::vector<std::jthread> others;
     for (std::size_t thread = 1; thread < threads; ++thread)
         others.emplace_back(run);
@@ -190,7 +190,8 @@ const InstalledVoiceModel& installedVoiceModel() {
             if (!directory.isEmpty())
                 result.model = std::make_unique<const VoiceModel>(directory);
             else
-                result.note = QStringLiteral("The voice model is not installed: voices are told apart by plainer means.");
+                result.note =
+                    QStringLiteral("The voice model is not installed: voices are told apart by plainer means.");
         } catch (const ModelError& error) {
             result.note = QStringLiteral("The voice model in %1 cannot be used because %2: voices are told apart by "
                                          "plainer means.")

@@ -74,7 +74,8 @@ VoiceNetwork::VoiceNetwork(const KaldiNetwork& network) {
         if (!component.type.ends_with("AffineComponent"))
             continue;
         const Eigen::MatrixXf& weights = matrixOf(component, "LinearParams");
-        Layer layer{isPooled ? std::vector<Index>{0, 0} : offsetsOf(node.input), {},
+        Layer layer{isPooled ? std::vector<Index>{0, 0} : offsetsOf(node.input),
+                    {},
                     matrixOf(component, "BiasParams").transpose()};
         const auto parts = static_cast<Index>(layer.offsets.size());
         const Index width = weights.cols() / parts;

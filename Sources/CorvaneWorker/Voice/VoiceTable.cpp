@@ -16,8 +16,8 @@ VoiceTable readTable() {
     static constexpr float numbers[] = {
 #include "CorvaneWorker/Voice/VoiceTable.inc"
     };
-    static_assert(std::size(numbers) == networkVectorSize * (1 + voiceDirections + channelDirections) +
-                                            voiceDirections + channelDirections);
+    static_assert(std::size(numbers) ==
+                  networkVectorSize * (1 + voiceDirections + channelDirections) + voiceDirections + channelDirections);
     const float* next = numbers;
     const auto take = [&next](Eigen::Index rows, Eigen::Index columns) {
         using Rows = Eigen::Matrix<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;

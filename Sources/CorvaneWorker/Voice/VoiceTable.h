@@ -1,6 +1,6 @@
-// What is known about the vectors of the voice network: where voices lie, along which directions they differ, and what a
-// room or a microphone does to them. Made by `voice-lab learn` from the recordings of Debian packages (docs/decisions).
-// Constant; any thread.
+// What is known about the vectors of the voice network: where voices lie, along which directions they differ, and what
+// a room or a microphone does to them. Made by `voice-lab learn` from the recordings of Debian packages
+// (docs/decisions). Constant; any thread.
 #pragma once
 
 #include <Eigen/Core>

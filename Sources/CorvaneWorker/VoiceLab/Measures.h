@@ -1,16 +1,19 @@
-// What the voice vectors and the diarization are worth on recordings whose truth is known. Prints to standard output.
+// What the voice vectors and the diarization are worth on recordings whose truth is known, as make-conversations.py
+// makes them. Prints to standard output.
 #pragma once
 
 #include <QString>
 
 namespace corvane {
 
-// Cuts each speaker's files into voices of so many seconds and prints how alike two voices of one speaker are, and two
-// voices of two speakers; the equal error rate; and the errors at the application's threshold. Throws WorkerError.
-void printVoiceCosines(const QString& corpus, double seconds);
+// DIRECTORY/NUMBER-SPEAKERS-ROOM.wav with a .tsv of the same name: the diarization error rate with a collar of 0.25 s
+// (missed speech, false alarms and confusions, against the seconds of true speech), the number of speakers told and
+// not, and the time that it takes. Throws WorkerError.
+void printDiarizationErrors(const QString& directory);
 
-// The diarization error rate with a collar of 0.25 s: missed speech, false alarms and confusions, against the seconds
-// of true speech. TRUTH has lines of start, end, speaker, separated by tabs. Throws WorkerError.
-void printDiarizationError(const QString& audio, const QString& truth);
+// DIRECTORY/PERSON/MEETING-ROOM.wav: the equal error rate of stretches of 3, 5 and 10 s; and for whole meetings, in one
+// room and across rooms, how many pairs of one person are missed and how many of two are taken for one at the
+// application's threshold. Throws WorkerError.
+void printVoiceErrors(const QString& directory);
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "CorvaneWorker/Audio/AudioDecoder.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
+#include "CorvaneWorker/Speech/VoiceActivityNetwork.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <QDir>
@@ -10,12 +11,17 @@ namespace corvane {
 
 Recording::Recording(const QString& path) : samples(QDir::tempPath()) {
     FrameLevels levels;
+    const auto network = VoiceActivityNetwork::load();
     const auto sink = [&](std::span<const std::int16_t> block) {
         samples.append(block);
         levels.add(block);
+        if (network)
+            network->add(block);
     };
     (void)decodeAudio(path, sink, [](double) {});
     speech = findSpeech(levels.levels());
+    if (network)
+        speech = confirmedSpeech(speech, network->finish());
 }
 
 std::vector<CorpusFile> corpusFiles(const QString& directory) {

@@ -68,11 +68,10 @@ QByteArray rowText(const Eigen::RowVectorXd& row) {
 
 } // namespace
 
-void trainBackground(const QString& corpus, const QString& table, const QString& without) {
+void trainBackground(const QString& corpus, const QString& table) {
     std::map<QString, std::vector<WindowMatrix>> voices;
     for (const CorpusFile& file : corpusFiles(corpus))
-        if (without.isEmpty() || !file.speaker.startsWith(without))
-            voices[file.speaker].push_back(statisticsOfFile(file.path));
+        voices[file.speaker].push_back(statisticsOfFile(file.path));
     const Spread spread = measureSpread(voices);
     const Discriminants discriminants = findDiscriminants(spread);
     QByteArray text = "// Made by voice-lab: the mean of the statistics, the ratios, the projection row by row.\n";

@@ -6,8 +6,7 @@
 namespace corvane {
 
 // Linear discriminant analysis (Fisher) of the window statistics, its directions scaled so that the spread within a
-// voice is one. Writes the table as C++ initialisers. Speakers whose
-// name begins with `without`, if it is not empty, are left out. Throws WorkerError and FileError.
-void trainBackground(const QString& corpus, const QString& table, const QString& without);
+// voice is one. Writes the table as C++ initialisers. Throws WorkerError and FileError.
+void trainBackground(const QString& corpus, const QString& table);
 
 } // namespace corvane
