@@ -8,6 +8,7 @@
 #include "CorvaneWorker/Voice/VoiceTable.h"
 
 #include <algorithm>
+#include <set>
 
 namespace corvane {
 
@@ -85,21 +86,41 @@ std::vector<SpeakerTurn> separatePlainly(const SampleStore& samples, std::span<c
     return labelSpeech(speech, windows.ranges, joined * voices.transpose());
 }
 
+int likeliestSpeakers(const Eigen::MatrixXf& shares) {
+    std::set<Index> speakers;
+    for (Index row = 0; row < shares.rows(); ++row) {
+        Index likeliest = 0;
+        shares.row(row).maxCoeff(&likeliest);
+        speakers.insert(likeliest);
+    }
+    return static_cast<int>(speakers.size());
+}
+
 // Fits every number of speakers that the limits allow and takes the one that explains the windows best.
 Eigen::MatrixXf shareOut(const WindowMatrix& windows, const SpeakerLimits& limits) {
     const WindowMatrix directions = windows.rowwise().normalized();
     const WindowMatrix chosen = evenlyChosenRows(directions);
     const auto levels = clusterByWard(chosen, limits.most);
     const int most = static_cast<int>(levels.size());
-    SequenceFit best;
-    for (int count = std::min(limits.least, most); count <= most; ++count) {
-        const auto& groups = levels[static_cast<std::size_t>(count - 1)];
-        WindowMatrix means = groupMeans(chosen, groups, count);
+    const int least = std::min(limits.least, most);
+    const auto groupsOf = [&](int count) {
+        WindowMatrix means = groupMeans(chosen, levels[static_cast<std::size_t>(count - 1)], count);
         means.rowwise().normalize();
-        SequenceFit fit = fitSequence(windows, voiceTable().ratios, nearestDirections(directions, means), count);
+        return nearestDirections(directions, means);
+    };
+    SequenceFit best;
+    for (int count = least; count <= most; ++count) {
+        SequenceFit fit = fitSequence(windows, voiceTable().ratios, groupsOf(count), count);
         if (best.shares.size() == 0 || fit.score > best.score)
             best = std::move(fit);
     }
+    if (likeliestSpeakers(best.shares) >= least)
+        return best.shares;
+    // More people are asked for than the model hears: then the groups stand as they are.
+    const auto groups = groupsOf(least);
+    best.shares = Eigen::MatrixXf::Zero(windows.rows(), least);
+    for (std::size_t row = 0; row < groups.size(); ++row)
+        best.shares(static_cast<Index>(row), groups[row]) = 1.0F;
     return best.shares;
 }
 

@@ -106,7 +106,6 @@ MeasuredVoice measureVoice(const SampleStore& samples, std::span<const FrameRang
         return {networkVoiceVector(model->measure(samples, speech, windows, nothing)),
                 static_cast<std::int64_t>(windows.size())};
     }
-    logLine(installedVoiceModel().note);
     const VoiceWindows windows = measureWindows(samples, speech, nothing);
     if (windows.ranges.empty())
         return {};
