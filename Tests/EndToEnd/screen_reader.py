@@ -80,12 +80,14 @@ class ReaderTest(desktop.DesktopTest):
         facts = self.ask("tree")
         return Element(facts) if facts else None
 
-    def showing(self, name=None, role=None):
-        """What is on the screen, by its whole name or by a pattern for it."""
+    def elements(self, name=None, role=None):
+        """By their whole name or by a pattern for it, on the screen or not."""
         root = self.tree()
-        return [one for one in (root.all() if root else ()) if "showing" in one.states and
-                (role is None or one.role == role) and
+        return [one for one in (root.all() if root else ()) if (role is None or one.role == role) and
                 (name is None or (name.fullmatch(one.name) if hasattr(name, "fullmatch") else one.name == name))]
+
+    def showing(self, name=None, role=None):
+        return [one for one in self.elements(name, role) if "showing" in one.states]
 
     def find(self, name=None, role=None, having=Element.is_usable):
         found = []
@@ -111,11 +113,14 @@ class ReaderTest(desktop.DesktopTest):
 
     def bring(self, name, role):
         """Into view, by giving it the keyboard."""
-        wanted = next((one for one in self.tree().all() if (one.role, one.name) == (role, name)), None)
-        if wanted is None:
-            self.fail(f"there is no {role} '{name}' in\n{self.tree().outline()}")
-        self.assertEqual(self.ask("focus", wanted.path), [True], wanted)
-        self.find(name, role)
+        wanted = []
+
+        def is_there():
+            wanted[:] = [one for one in self.elements(name, role) if "focusable" in one.states]
+            return wanted
+        self.wait_for(is_there, f"{role} '{name}'")
+        self.assertEqual(self.ask("focus", wanted[0].path), [True], wanted[0])
+        return self.find(name, role)
 
     def names(self, role=None):
         return [one.name for one in self.showing(role=role)]

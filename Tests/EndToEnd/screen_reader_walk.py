@@ -78,7 +78,7 @@ class Walk(screen_reader.ReaderTest):
 
     def read_transcript(self):
         self.find("Transcript ready")
-        turn = self.find(re.compile(r"\d\d:\d\d:\d\d, .+: .+"), "list item")
+        turn = self.bring(re.compile(r"\d\d:\d\d:\d\d, .+: .+"), "list item")
         said = " ".join(segment["text"].strip() for segment in self.document("result.json")["segments"])
         self.assertIn(turn.name.split(": ", 1)[1], said)
         meeting = self.find(re.compile("Meeting .*"), "list item")
@@ -89,10 +89,10 @@ class Walk(screen_reader.ReaderTest):
 
     def name_a_speaker(self):
         label = self.document("result.json")["segments"][0]["speaker"]
-        field = self.find("Name, " + label, "text")
+        field = self.bring("Name, " + label, "text")
         self.assertEqual(self.ask("write", field.path, "Ann Lee"), [True])
         self.wait_for(lambda: self.document("result.json")["speaker_names"].get(label) == "Ann Lee", "the name to be stored")
-        self.find(re.compile(r"[\d:]+, Ann Lee: .+"), "list item")
+        self.bring(re.compile(r"[\d:]+, Ann Lee: .+"), "list item")
 
     def test_from_the_first_start_to_named_speakers(self):
         for path in (READER, PROMPTER):
@@ -135,6 +135,7 @@ class Walk(screen_reader.ReaderTest):
         self.wait_for(lambda: self.ctl_json("match", meeting)["suggestions"][0]["status"] == "accepted", "the answer")
 
         self.assertFalse(self.heard())
+        self.bring(re.compile(r"00:00:01, a/b: .*"), "list item")
         self.act(re.compile(r"00:00:01, a/b: .*"), "list item")
         self.find("Stop Audio", "push button")
         self.wait_for(self.heard, "the tone")
@@ -142,6 +143,7 @@ class Walk(screen_reader.ReaderTest):
         self.find("Play Meeting", "push button")
         self.wait_for(lambda: not self.heard(), "silence")
 
+        self.bring("Profiles", "button menu")
         self.act("Profiles")
         self.act("Create Profile From This Voice")
         name = self.find("Display name", "text")

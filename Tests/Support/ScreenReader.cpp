@@ -189,20 +189,34 @@ void ScreenReader::describe(std::vector<Element>& elements, std::size_t from) {
     }
 }
 
-void ScreenReader::addContents(Element& element) {
-    const auto interfaces = element.facts[u"interfaces"_s].toArray();
-    if (interfaces.contains(u"Action"_s)) {
-        const QDBusMessage actions = ask(m_application, element.path, interfaceNamed("Action"), u"GetActions"_s);
-        element.facts[u"actions"_s] = QJsonArray::fromStringList(actionsIn(actions));
+void ScreenReader::addContents(std::vector<Element>& elements) {
+    struct Question {
+        std::size_t element;
+        QString interface;
+        QDBusPendingCall content;
+    };
+    std::vector<Question> questions;
+    questions.reserve(2 * elements.size());
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const QString& path = elements[i].path;
+        const auto interfaces = elements[i].facts[u"interfaces"_s].toArray();
+        if (interfaces.contains(u"Action"_s))
+            questions.push_back({i, u"Action"_s, askLater(path, interfaceNamed("Action"), u"GetActions"_s)});
+        if (interfaces.contains(u"Text"_s))
+            questions.push_back({i, u"Text"_s, askLater(path, interfaceNamed("Text"), u"GetText"_s, {0, -1})});
+        if (interfaces.contains(u"Value"_s))
+            questions.push_back(
+                {i, u"Value"_s, askLater(path, properties, u"Get"_s, {interfaceNamed("Value"), u"CurrentValue"_s})});
     }
-    if (interfaces.contains(u"Text"_s)) {
-        const QDBusMessage text = ask(m_application, element.path, interfaceNamed("Text"), u"GetText"_s, {0, -1});
-        element.facts[u"text"_s] = text.arguments().value(0).toString();
-    }
-    if (interfaces.contains(u"Value"_s)) {
-        const QDBusMessage value =
-            ask(m_application, element.path, properties, u"Get"_s, {interfaceNamed("Value"), u"CurrentValue"_s});
-        element.facts[u"value"_s] = propertyIn(value).toDouble();
+    for (Question& one : questions) {
+        const QDBusMessage content = answer(one.content);
+        QJsonObject& facts = elements[one.element].facts;
+        if (one.interface == u"Action"_s)
+            facts[u"actions"_s] = QJsonArray::fromStringList(actionsIn(content));
+        else if (one.interface == u"Text"_s)
+            facts[u"text"_s] = content.arguments().value(0).toString();
+        else
+            facts[u"value"_s] = propertyIn(content).toDouble();
     }
 }
 
@@ -216,8 +230,8 @@ QJsonObject ScreenReader::tree() {
         describe(elements, from);
         from = end;
     }
+    addContents(elements);
     for (std::size_t i = elements.size() - 1; i > 0; --i) {
-        addContents(elements[i]);
         QJsonObject& parent = elements[elements[i].parent].facts;
         QJsonArray siblings = parent[u"children"_s].toArray();
         siblings.prepend(elements[i].facts);

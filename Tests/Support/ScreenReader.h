@@ -51,7 +51,7 @@ private:
                                             const QVariantList& arguments = {});
     [[nodiscard]] QString newestApplication();
     void describe(std::vector<Element>& elements, std::size_t from);
-    void addContents(Element& element);
+    void addContents(std::vector<Element>& elements);
 
     QDBusConnection m_bus;
     QString m_application;
