@@ -118,7 +118,7 @@ private:
         const SpeakerLimits limits = separated ? m_command.speakers : SpeakerLimits{1, 1};
         m_reporter.stage(QStringLiteral("Telling speakers apart"), decodedProgress);
         if (const QString& note = installedVoiceModel().note; separated && !note.isEmpty())
-            logLine(note);
+            remark(note);
         m_turns = diarize(samples, m_speech, limits, [this](double fraction) {
             m_reporter.progressed(decodedProgress + fraction * (separatedProgress - decodedProgress));
         });
