@@ -16,6 +16,8 @@ LIMIT = 20  # seconds; only a fault reaches it
 
 
 class EndToEndTest(unittest.TestCase):
+    limit = LIMIT
+
     def setUp(self):
         directory = tempfile.TemporaryDirectory()
         self.addCleanup(directory.cleanup)
@@ -62,7 +64,7 @@ class EndToEndTest(unittest.TestCase):
         process.communicate()
 
     def wait_for(self, condition, what):
-        end = time.monotonic() + LIMIT
+        end = time.monotonic() + self.limit
         while not condition():
             if time.monotonic() > end:
                 self.fail("waited in vain for " + what)
