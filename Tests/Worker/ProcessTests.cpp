@@ -104,7 +104,7 @@ TEST_F(Process, ARecordingBecomesATranscriptAndItsSpeakersBecomeVoices) {
     }
     EXPECT_LT(
         std::inner_product(voices[0].embedding.begin(), voices[0].embedding.end(), voices[1].embedding.begin(), 0.0),
-        0.5);
+        0.7); // the application takes 0.82 for the same voice
     const Exit nobody = extract(u"SPEAKER_09"_s);
     EXPECT_EQ(nobody.status, 1);
     EXPECT_THAT(nobody.error.toStdString(), testing::HasSubstr("no speaker “SPEAKER_09”"));
