@@ -137,10 +137,10 @@ class Walk(screen_reader.ReaderTest):
         self.assertFalse(self.heard())
         self.bring(re.compile(r"00:00:01, a/b: .*"), "list item")
         self.act(re.compile(r"00:00:01, a/b: .*"), "list item")
-        self.find("Stop Audio", "push button")
+        self.bring("Stop Audio", "push button")
         self.wait_for(self.heard, "the tone")
         self.act("Stop Audio")
-        self.find("Play Meeting", "push button")
+        self.bring("Play Meeting", "push button")
         self.wait_for(lambda: not self.heard(), "silence")
 
         self.bring("Profiles", "button menu")
