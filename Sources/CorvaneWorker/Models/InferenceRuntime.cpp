@@ -47,8 +47,10 @@ LoadedRuntime load() {
         return {nullptr, QStringLiteral("The library that runs neural networks is not installed.")};
     // Left open on purpose: its threads may outlive whoever used it.
     void* library = ::dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
-        return {nullptr, QStringLiteral("“%1” could not be loaded: %2.").arg(path, QString::fromUtf8(::dlerror()))};
+    if (library == nullptr) {
+        const QString reason = QString::fromUtf8(::dlerror()); // NOLINT(concurrency-mt-unsafe): it is each thread's own
+        return {nullptr, QStringLiteral("“%1” could not be loaded: %2.").arg(path, reason)};
+    }
     const char* (*version)() = nullptr;
     if (!bind(library, "SherpaOnnxGetVersionStr", version) || !bindAll(library, runtime))
         return {nullptr, QStringLiteral("“%1” is not the library that this worker knows.").arg(path)};

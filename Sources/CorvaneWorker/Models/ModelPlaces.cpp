@@ -20,7 +20,7 @@ QStringList modelPlaces() {
 
 QString findModel(const QString& relativeName) {
     for (const QString& place : modelPlaces())
-        if (const QString path = place + QLatin1Char('/') + relativeName; QFileInfo::exists(path))
+        if (QString path = place + QLatin1Char('/') + relativeName; QFileInfo::exists(path))
             return path;
     return {};
 }

@@ -24,7 +24,7 @@ public:
 private:
     struct Stretch {
         FrameRange range;
-        std::int64_t before; // frames of speech
+        std::int64_t before = 0; // frames of speech
     };
     std::vector<Stretch> m_stretches;
     std::int64_t m_length = 0;

@@ -57,6 +57,26 @@ Scaling scalingOf(const KaldiComponent& component) {
     return {scale, -mean.cwiseProduct(scale)};
 }
 
+// Columns side by side become matrices of their own, ready to be multiplied from the right.
+std::vector<Eigen::MatrixXf> splitWeights(const Eigen::MatrixXf& weights, Index parts) {
+    const Index width = weights.cols() / parts;
+    std::vector<Eigen::MatrixXf> split;
+    split.reserve(static_cast<std::size_t>(parts));
+    for (Index part = 0; part < parts; ++part)
+        split.emplace_back(weights.middleCols(part * width, width).transpose());
+    return split;
+}
+
+// The first `shifted` of the inputs have the offset, all have the scale.
+void foldIn(const Scaling& scaling, std::vector<Eigen::MatrixXf>& weights, std::size_t shifted,
+            Eigen::RowVectorXf& bias) {
+    for (std::size_t part = 0; part < weights.size(); ++part) {
+        if (part < shifted)
+            bias += scaling.offset.transpose() * weights[part];
+        weights[part] = scaling.scale.asDiagonal() * weights[part];
+    }
+}
+
 } // namespace
 
 // Each normalisation is folded into the layer behind it.
@@ -82,16 +102,9 @@ VoiceNetwork::VoiceNetwork(const KaldiNetwork& network) {
         if (weights.rows() != layer.bias.size() || weights.cols() != parts * width ||
             (before && before->scale.size() != width) || (!before && width != telephoneCepstra))
             failShape();
-        for (Index part = 0; part < parts; ++part) {
-            Eigen::MatrixXf own = weights.middleCols(part * width, width);
-            if (before) {
-                // The deviation, which comes second, has no offset.
-                if (!isPooled || part == 0)
-                    layer.bias += (own * before->offset).transpose();
-                own = own * before->scale.asDiagonal();
-            }
-            layer.weights.push_back(own.transpose());
-        }
+        layer.weights = splitWeights(weights, parts);
+        if (before) // The deviation, which comes second where frames are pooled, has no offset.
+            foldIn(*before, layer.weights, isPooled ? 1 : layer.weights.size(), layer.bias);
         if (isPooled) {
             m_last = layer;
             return;

@@ -21,7 +21,7 @@ VoiceTable readTable() {
     const float* next = numbers;
     const auto take = [&next](Eigen::Index rows, Eigen::Index columns) {
         using Rows = Eigen::Matrix<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
-        const Eigen::MatrixXf taken = Eigen::Map<const Rows>(next, rows, columns);
+        Eigen::MatrixXf taken = Eigen::Map<const Rows>(next, rows, columns);
         next += rows * columns;
         return taken;
     };
