@@ -232,7 +232,8 @@ class Application:
         """The page, down or, with a negative number, up."""
         geometry = dict(line.split("=") for line in self.xdotool("getwindowgeometry", "--shell", self.window))
         self.move_pointer(int(geometry["WIDTH"]) * 0.66, int(geometry["HEIGHT"]) * 0.5)
-        self.xdotool("click", "--repeat", abs(notches), "--delay", 5, 5 if notches > 0 else 4)
+        delay = 5 if abs(notches) > 10 else 150  # a fast wheel flings the page to its end
+        self.xdotool("click", "--repeat", abs(notches), "--delay", delay, 5 if notches > 0 else 4)
         self.move_pointer(1, 1)
 
     # Pictures.
