@@ -7,7 +7,8 @@ voices.txt beside this script names the people, where their recordings lie and t
 that are told to anybody come from people who had no part in any tuning. Packages are downloaded with apt-get into
 DIRECTORY/packages and unpacked there, never installed. DIRECTORY/conversations gets NAME.wav and NAME.tsv (start, end,
 speaker: tab-separated, in seconds); with --people, DIRECTORY/people gets PERSON/MEETING-ROOM.wav as well, what one
-person says in several meetings and rooms. Everything is drawn from a fixed seed. Needs ffmpeg, sox and dpkg-deb.
+person says in several meetings and rooms, and at other speeds. Everything is drawn from a fixed seed. Needs ffmpeg, sox
+and dpkg-deb.
 """
 
 import argparse
@@ -18,6 +19,7 @@ import math
 import os
 import pathlib
 import random
+import re
 import subprocess
 import sys
 
@@ -35,6 +37,12 @@ ROOMS = {
                 "reverb", "20", "60", "20"], 28, "whitenoise"),
     "telephone": (["sinc", "300-3400", "rate", "8000", "rate", str(RATE)], 35, "whitenoise"),
 }
+
+# Recordings of something else than a voice.
+NO_SPEECH = re.compile("monkey|weasel|tone|beep|silence|music")
+
+# At another speed a person is another voice: there are never enough.
+SPEEDS = (0.84, 0.92, 1.09, 1.19)
 
 
 class People:
@@ -72,7 +80,8 @@ class People:
         if name not in self.utterances:
             found = []
             for package, pattern in self.table[name]:
-                files = [path for path in self.unpacked(package) if fnmatch.fnmatch(path, "*" + pattern)]
+                files = [path for path in self.unpacked(package)
+                         if fnmatch.fnmatch(path, "*" + pattern) and not NO_SPEECH.search(os.path.basename(path))]
                 # The longest ones; prompts of a single syllable are of little use.
                 files.sort(key=lambda path: (-os.path.getsize(path), path))
                 found += decode(sorted(files[:150]), self.directory)
@@ -229,6 +238,11 @@ def make_people(people, directory):
             dry.write_bytes(sound.tobytes())
             for room in ROOMS if meeting < 2 else ("clean",):
                 spoil(dice, dry, target / f"{meeting}-{room}.wav", room, len(sound) / RATE)
+            for speed in SPEEDS if meeting < 2 else ():
+                other = directory / "people" / f"{name}^{speed}"
+                other.mkdir(exist_ok=True)
+                subprocess.run(["sox", "-V1", *RAW, dry, other / f"{meeting}-clean.wav", "speed", str(speed), "rate",
+                                str(RATE)], check=True)
             dry.unlink()
 
 

@@ -4,6 +4,7 @@
 #include "CorvaneWorker/Recognition/SpeechRegions.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/Speech/VoiceActivity.h"
+#include "CorvaneWorker/Transcript/Inaudible.h"
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
 
 #include <gmock/gmock.h>
@@ -46,10 +47,11 @@ TEST(VoiceActivity, SpeechStandsOutOfItsSurroundings) {
 }
 
 TEST(VoiceActivity, ANetworkConfirmsWhatIsLoud) {
-    const std::vector<FrameRange> loud{{100, 200}, {300, 400}, {500, 1500}};
-    // Speech, a door, music with a word in it, and a whisper that did not stand out.
-    const std::vector<FrameRange> heard{{95, 180}, {700, 760}, {2000, 2050}};
-    EXPECT_THAT(confirmedSpeech(loud, heard), ElementsAre(FrameRange{100, 200}, FrameRange{2000, 2050}));
+    const std::vector<FrameRange> loud{{100, 200}, {300, 400}, {500, 1500}, {3000, 4000}};
+    // Speech, a door, music with a note like a word, a whisper that did not stand out, and somebody amid the noise.
+    const std::vector<FrameRange> heard{{95, 180}, {700, 760}, {2000, 2050}, {3500, 3700}};
+    EXPECT_THAT(confirmedSpeech(loud, heard),
+                ElementsAre(FrameRange{100, 200}, FrameRange{2000, 2050}, FrameRange{3500, 3700}));
 }
 
 TEST(Regions, LongOnesAreCutWhereItIsQuietest) {
@@ -91,6 +93,17 @@ TEST(Segments, BreakAtPausesAndWhereTheSpeakerChanges) {
     EXPECT_DOUBLE_EQ(speakers[1].duration, 1.3);
     EXPECT_EQ(speakers[1].examples.front().text, u"I'm here."_s);
     EXPECT_THAT(assembleSegments({}, Spelling::Sentences), IsEmpty());
+}
+
+TEST(Segments, SayWhereSomebodyWasNotUnderstood) {
+    const std::vector<SpeakerTurn> turns{{0.0, 2.0, 0}, {2.2, 4.0, 0}, {5.0, 5.4, 1}, {6.0, 9.0, 1}, {10.0, 20.0, 0}};
+    const std::vector<RecognizedWord> words{word(6.0, 9.0, "yes", 1), word(10.0, 14.0, "but", 0)};
+    // Nobody was heard in the second half of the last turn but one that has a word.
+    const std::vector<FrameRange> heard{{0, 400}, {500, 540}, {1000, 1800}};
+    const auto all = withInaudible(words, turns, heard);
+    EXPECT_THAT(all, ElementsAre(word(0.0, 4.0, inaudible, 0), words[0], words[1], word(14.0, 20.0, inaudible, 0)));
+    EXPECT_THAT(withInaudible(words, turns, {}), words);
+    EXPECT_EQ(assembleSegments(all, Spelling::BareWords).front().text, u"[inaudible]"_s);
 }
 
 TEST(Segments, AreWrittenAsSentences) {

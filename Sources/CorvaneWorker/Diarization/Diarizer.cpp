@@ -1,14 +1,12 @@
 #include "CorvaneWorker/Diarization/Diarizer.h"
 
+#include "CorvaneWorker/Diarization/SpeakerSearch.h"
 #include "CorvaneWorker/Diarization/TurnLabels.h"
 #include "CorvaneWorker/Diarization/VoiceClustering.h"
-#include "CorvaneWorker/Diarization/VoiceSequence.h"
 #include "CorvaneWorker/Diarization/VoiceWindows.h"
 #include "CorvaneWorker/Voice/VoiceModel.h"
-#include "CorvaneWorker/Voice/VoiceTable.h"
 
 #include <algorithm>
-#include <set>
 
 namespace corvane {
 
@@ -16,8 +14,7 @@ namespace {
 
 using Index = Eigen::Index;
 
-constexpr Index mostClusteredWindows = 600; // the clustering costs the cube of this
-constexpr double leastPersistence = 0.6;    // of a voice that is one; see docs/decisions
+constexpr double leastPersistence = 0.6; // of a voice that is one; see docs/decisions
 
 // About the recording's own mean: what all of it has in common, its room and its microphones, tells nobody apart.
 WindowMatrix centredUnitVectors(WindowMatrix vectors) {
@@ -25,14 +22,6 @@ WindowMatrix centredUnitVectors(WindowMatrix vectors) {
     vectors.rowwise() -= centre;
     vectors.rowwise().normalize();
     return vectors;
-}
-
-WindowMatrix evenlyChosenRows(const WindowMatrix& vectors) {
-    const Index count = std::min(vectors.rows(), mostClusteredWindows);
-    WindowMatrix chosen(count, vectors.cols());
-    for (Index row = 0; row < count; ++row)
-        chosen.row(row) = vectors.row(row * vectors.rows() / count);
-    return chosen;
 }
 
 // A window hears a handful of syllables; together with its neighbours in the same stretch it tells a voice much better.
@@ -86,53 +75,14 @@ std::vector<SpeakerTurn> separatePlainly(const SampleStore& samples, std::span<c
     return labelSpeech(speech, windows.ranges, joined * voices.transpose());
 }
 
-int likeliestSpeakers(const Eigen::MatrixXf& shares) {
-    std::set<Index> speakers;
-    for (Index row = 0; row < shares.rows(); ++row) {
-        Index likeliest = 0;
-        shares.row(row).maxCoeff(&likeliest);
-        speakers.insert(likeliest);
-    }
-    return static_cast<int>(speakers.size());
-}
-
-// Fits every number of speakers that the limits allow and takes the one that explains the windows best.
-Eigen::MatrixXf shareOut(const WindowMatrix& windows, const SpeakerLimits& limits) {
-    const WindowMatrix directions = windows.rowwise().normalized();
-    const WindowMatrix chosen = evenlyChosenRows(directions);
-    const auto levels = clusterByWard(chosen, limits.most);
-    const int most = static_cast<int>(levels.size());
-    const int least = std::min(limits.least, most);
-    const auto groupsOf = [&](int count) {
-        WindowMatrix means = groupMeans(chosen, levels[static_cast<std::size_t>(count - 1)], count);
-        means.rowwise().normalize();
-        return nearestDirections(directions, means);
-    };
-    SequenceFit best;
-    for (int count = least; count <= most; ++count) {
-        SequenceFit fit = fitSequence(windows, voiceTable().ratios, groupsOf(count), count);
-        if (best.shares.size() == 0 || fit.score > best.score)
-            best = std::move(fit);
-    }
-    if (likeliestSpeakers(best.shares) >= least)
-        return best.shares;
-    // More people are asked for than the model hears: then the groups stand as they are.
-    const auto groups = groupsOf(least);
-    best.shares = Eigen::MatrixXf::Zero(windows.rows(), least);
-    for (std::size_t row = 0; row < groups.size(); ++row)
-        best.shares(static_cast<Index>(row), groups[row]) = 1.0F;
-    return best.shares;
-}
-
 std::vector<SpeakerTurn> separate(const VoiceModel& model, const SampleStore& samples,
                                   std::span<const FrameRange> speech, const SpeakerLimits& limits,
                                   const std::function<void(double)>& progress) {
     const auto windows = placeWindows(speech, {.hop = 25, .shortest = 10});
     if (windows.size() < 2)
         return turnsOfOne(speech);
-    const VoiceTable& table = voiceTable();
     const WindowMatrix vectors = model.measure(samples, speech, windows, progress);
-    auto turns = labelSpeech(speech, windows, shareOut((vectors.rowwise() - table.mean) * table.directions, limits));
+    auto turns = labelSpeech(speech, windows, searchSpeakers(vectors, limits));
     moveBordersToPauses(turns, samples);
     return turns;
 }

@@ -10,6 +10,7 @@ namespace {
 
 using Index = Eigen::Index;
 
+constexpr Index mostClusteredRows = 600; // the clustering costs the cube of this
 constexpr int directionPasses = 5;
 constexpr std::int64_t pauseFrames = 30;
 constexpr double presumedPairs = 1.5; // that went by chance, so that two or three windows prove nothing
@@ -24,6 +25,14 @@ std::vector<int> numbered(const std::vector<Index>& groups, const std::vector<In
 }
 
 } // namespace
+
+WindowMatrix evenlyChosenRows(const WindowMatrix& vectors) {
+    const Index count = std::min(vectors.rows(), mostClusteredRows);
+    WindowMatrix chosen(count, vectors.cols());
+    for (Index row = 0; row < count; ++row)
+        chosen.row(row) = vectors.row(row * vectors.rows() / count);
+    return chosen;
+}
 
 std::vector<std::vector<int>> clusterByWard(const WindowMatrix& vectors, int most) {
     const Index rows = vectors.rows();
@@ -41,8 +50,8 @@ std::vector<std::vector<int>> clusterByWard(const WindowMatrix& vectors, int mos
             levels.push_back(numbered(groups, alive));
         if (alive.size() <= 1)
             break;
-        Index first = 0;
-        Index second = 0;
+        Index first = alive[0];
+        Index second = alive[1];
         float least = std::numeric_limits<float>::max();
         for (std::size_t right = 1; right < alive.size(); ++right)
             for (std::size_t left = 0; left < right; ++left)

@@ -5,6 +5,9 @@
 
 namespace corvane {
 
+// All rows, or as many of them as can be clustered in reasonable time, evenly chosen.
+[[nodiscard]] WindowMatrix evenlyChosenRows(const WindowMatrix& vectors);
+
 // Ward's hierarchical clustering: element n - 1 has a group number below n for each row, for n from 1 to `most` groups,
 // or to the number of rows if that is less.
 [[nodiscard]] std::vector<std::vector<int>> clusterByWard(const WindowMatrix& vectors, int most);

@@ -1,6 +1,8 @@
 #include "CorvaneWorker/Diarization/VoiceSequence.h"
 
 #include <cmath>
+#include <limits>
+#include <set>
 
 namespace corvane {
 
@@ -15,9 +17,9 @@ constexpr double evidence = 0.4;
 // How much a speaker has to differ from the average one to be worth it: little while the speakers are given, more when
 // their number is chosen. Both were chosen on voice-lab's tuning set.
 constexpr double cautionInFitting = 1.0;
-constexpr double cautionInChoosing = 3.0;
+constexpr double cautionInChoosing = 2.5;
 constexpr double stay = 0.98; // the chance that the next window, a quarter of a second later, is of the same speaker
-constexpr int passes = 10;
+constexpr int passes = 8;
 constexpr double certainty = 0.9; // of the groups that it starts from
 
 struct Voices {
@@ -67,15 +69,22 @@ double decode(const MatrixXd& fit, MatrixXd& shares) {
     return scale.array().log().sum() + highest.sum();
 }
 
+// How much better the windows of each speaker are explained by a voice of their own than by the average one.
+VectorXd worthOf(const MatrixXd& sums, const VectorXd& sizes, const Eigen::RowVectorXd& ratios) {
+    constexpr double weight = evidence / cautionInChoosing;
+    const Eigen::ArrayXXd precision = 1.0 + weight * (sizes * ratios).array();
+    return cautionInChoosing / 2.0 * ((weight * sums).array().square() / precision - precision.log()).rowwise().sum();
+}
+
+MatrixXd scaledBy(const WindowMatrix& windows, const Eigen::RowVectorXd& variances) {
+    return windows.cast<double>() * variances.cwiseSqrt().asDiagonal();
+}
+
 } // namespace
 
-SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, std::span<const int> groups,
-                        int count) {
+SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, MatrixXd shares) {
     const Eigen::RowVectorXd variances = ratios.cast<double>();
-    const MatrixXd scaled = windows.cast<double>() * variances.cwiseSqrt().asDiagonal();
-    MatrixXd shares = MatrixXd::Constant(windows.rows(), count, (1.0 - certainty) / count);
-    for (std::size_t row = 0; row < groups.size(); ++row)
-        shares(static_cast<Index>(row), groups[row]) += certainty;
+    const MatrixXd scaled = scaledBy(windows, variances);
     for (int pass = 0; pass < passes; ++pass)
         (void)decode(fitOf(scaled, variances, voicesOf(scaled, variances, shares, cautionInFitting)), shares);
     const Voices voices = voicesOf(scaled, variances, shares, cautionInChoosing);
@@ -84,7 +93,53 @@ SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& r
     // Less the distance of the speakers from the average one (Kullback and Leibler's).
     const double cost =
         (voices.spread.array().log() - voices.spread.array() - voices.means.array().square() + 1.0).sum();
-    return {shares.cast<float>(), likelihood + cautionInChoosing / 2.0 * cost};
+    return {std::move(shares), likelihood + cautionInChoosing / 2.0 * cost};
+}
+
+MatrixXd sharesOf(std::span<const int> groups, int count) {
+    MatrixXd shares = MatrixXd::Constant(static_cast<Index>(groups.size()), count, (1.0 - certainty) / count);
+    for (std::size_t row = 0; row < groups.size(); ++row)
+        shares(static_cast<Index>(row), groups[row]) += certainty;
+    return shares;
+}
+
+MatrixXd withOneSpeakerLess(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, const MatrixXd& shares) {
+    const Eigen::RowVectorXd variances = ratios.cast<double>();
+    const MatrixXd sums = shares.transpose() * scaledBy(windows, variances);
+    const VectorXd sizes = shares.colwise().sum();
+    const VectorXd worth = worthOf(sums, sizes, variances);
+    Index first = 0;
+    Index second = 1;
+    double best = -std::numeric_limits<double>::max();
+    for (Index right = 1; right < shares.cols(); ++right)
+        for (Index left = 0; left < right; ++left) {
+            const VectorXd size = VectorXd::Constant(1, sizes[left] + sizes[right]);
+            const double gain =
+                worthOf(sums.row(left) + sums.row(right), size, variances)[0] - worth[left] - worth[right];
+            if (gain > best) {
+                best = gain;
+                first = left;
+                second = right;
+            }
+        }
+    return joinedSpeakers(shares, first, second);
+}
+
+MatrixXd joinedSpeakers(const MatrixXd& shares, Index first, Index second) {
+    MatrixXd joined(shares.rows(), shares.cols() - 1);
+    joined << shares.leftCols(second), shares.rightCols(shares.cols() - second - 1);
+    joined.col(first) += shares.col(second);
+    return joined;
+}
+
+int likeliestSpeakers(const MatrixXd& shares) {
+    std::set<Index> speakers;
+    for (Index row = 0; row < shares.rows(); ++row) {
+        Index likeliest = 0;
+        shares.row(row).maxCoeff(&likeliest);
+        speakers.insert(likeliest);
+    }
+    return static_cast<int>(speakers.size());
 }
 
 } // namespace corvane

@@ -8,13 +8,26 @@
 namespace corvane {
 
 struct SequenceFit {
-    Eigen::MatrixXf shares; // windows by speakers: how likely each speaker is; rows sum up to one
+    Eigen::MatrixXd shares; // windows by speakers: how likely each speaker is; rows sum up to one
     double score = 0;       // the larger, the better the number of speakers; to be compared for the same windows only
 };
 
-// `windows` are along directions in which a voice has the variance one, and voices the variances `ratios`. `groups` is
-// where to start from, numbers below `count`.
+// `windows` are along directions in which a voice has the variance one, and voices the variances `ratios`. `shares` is
+// where to start from, with a column for each speaker.
 [[nodiscard]] SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios,
-                                      std::span<const int> groups, int count);
+                                      Eigen::MatrixXd shares);
+
+// Each window with one speaker, numbered below `count`, and a little with all others.
+[[nodiscard]] Eigen::MatrixXd sharesOf(std::span<const int> groups, int count);
+
+// The shares with those two speakers made one who are most likely the same. There are at least two.
+[[nodiscard]] Eigen::MatrixXd withOneSpeakerLess(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios,
+                                                 const Eigen::MatrixXd& shares);
+
+// The shares with two speakers made one, who stands where `first` stood; `first` is below `second`.
+[[nodiscard]] Eigen::MatrixXd joinedSpeakers(const Eigen::MatrixXd& shares, Eigen::Index first, Eigen::Index second);
+
+// The speakers who are the likeliest of at least one window.
+[[nodiscard]] int likeliestSpeakers(const Eigen::MatrixXd& shares);
 
 } // namespace corvane

@@ -103,7 +103,7 @@ MeasuredVoice measureVoice(const SampleStore& samples, std::span<const FrameRang
         const auto windows = placeWindows(speech);
         if (windows.empty())
             return {};
-        return {networkVoiceVector(model->measure(samples, speech, windows, nothing)),
+        return {networkVoiceVector(model->measure(samples, speech, windows, nothing).colwise().mean()),
                 static_cast<std::int64_t>(windows.size())};
     }
     const VoiceWindows windows = measureWindows(samples, speech, nothing);

@@ -16,6 +16,7 @@
 #include "CorvaneWorker/Run/SignalWatch.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/Speech/VoiceActivityNetwork.h"
+#include "CorvaneWorker/Transcript/Inaudible.h"
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
 #include "CorvaneWorker/Voice/VoiceModel.h"
 #include "CorvaneWorker/WorkerError.h"
@@ -95,8 +96,10 @@ private:
             logLine(note);
         m_duration = secondsOfSamples(decoded.sampleCount);
         m_speech = findSpeech(levels.levels());
-        if (network)
-            m_speech = confirmedSpeech(m_speech, network->finish());
+        if (network) {
+            m_heard = network->finish();
+            m_speech = confirmedSpeech(m_speech, m_heard);
+        }
         m_levels = levels.levels();
     }
 
@@ -110,6 +113,7 @@ private:
             m_reporter.recognized(fraction);
             m_reporter.progressed(separatedProgress + fraction * (transcribedProgress - separatedProgress));
         });
+        m_words = withInaudible(std::move(m_words), m_turns, m_heard);
         m_reporter.recognized(1.0);
     }
 
@@ -159,6 +163,7 @@ private:
     double m_duration = 0; // seconds
     std::vector<float> m_levels;
     std::vector<FrameRange> m_speech;
+    std::vector<FrameRange> m_heard; // by the network
     std::vector<RecognizedWord> m_words;
     std::vector<SpeakerTurn> m_turns;
 };

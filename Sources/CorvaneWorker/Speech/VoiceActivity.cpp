@@ -77,21 +77,30 @@ std::vector<FrameRange> findSpeech(std::span<const float> levels) {
 
 std::vector<FrameRange> confirmedSpeech(std::span<const FrameRange> loud, std::span<const FrameRange> heard) {
     constexpr double leastShare = 0.3;
-    constexpr std::int64_t reach = 15; // frames by which the network is early or late
+    constexpr std::int64_t leastAmongNoise = 150; // in music the network now and then takes a note for a word
+    constexpr std::int64_t reach = 15;            // frames by which the network is early or late
+    enum class Place { quiet, amongNoise, inSpeech };
+    std::vector<Place> places(heard.size(), Place::quiet);
     std::vector<FrameRange> speech;
+    std::size_t first = 0;
     for (const FrameRange& range : loud) {
+        while (first < heard.size() && heard[first].end + reach <= range.begin)
+            ++first;
+        std::size_t last = first;
         std::int64_t common = 0;
-        for (const FrameRange& other : heard)
-            common += std::max<std::int64_t>(0, std::min(range.end, other.end + reach) -
-                                                    std::max(range.begin, other.begin - reach));
-        if (static_cast<double>(common) >= leastShare * static_cast<double>(range.length()))
+        for (; last < heard.size() && heard[last].begin - reach < range.end; ++last)
+            common += std::min(range.end, heard[last].end + reach) - std::max(range.begin, heard[last].begin - reach);
+        const bool isSpeech = static_cast<double>(common) >= leastShare * static_cast<double>(range.length());
+        if (isSpeech)
             speech.push_back(range);
+        for (std::size_t index = first; index < last; ++index)
+            if (heard[index].begin < range.end && range.begin < heard[index].end)
+                places[index] = std::max(places[index], isSpeech ? Place::inSpeech : Place::amongNoise);
     }
-    for (const FrameRange& range : heard)
-        if (std::none_of(loud.begin(), loud.end(), [&range](const FrameRange& other) {
-                return other.begin < range.end && range.begin < other.end;
-            }))
-            speech.push_back(range);
+    for (std::size_t index = 0; index < heard.size(); ++index)
+        if (places[index] == Place::quiet ||
+            (places[index] == Place::amongNoise && heard[index].length() >= leastAmongNoise))
+            speech.push_back(heard[index]);
     std::sort(speech.begin(), speech.end(),
               [](const FrameRange& left, const FrameRange& right) { return left.begin < right.begin; });
     return speech;

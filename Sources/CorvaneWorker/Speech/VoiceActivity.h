@@ -22,7 +22,8 @@ struct FrameRange {
 [[nodiscard]] std::vector<FrameRange> findSpeech(std::span<const float> levels);
 
 // The loud stretches in which a network that knows speech from other sounds heard speech for long enough, and what it
-// heard where no stretch stood out. The loudness knows the borders better, and the network what is said between them.
+// heard elsewhere: where nothing stood out, and for a while amid other sounds. The loudness knows the borders better,
+// and the network what is said between them.
 [[nodiscard]] std::vector<FrameRange> confirmedSpeech(std::span<const FrameRange> loud,
                                                       std::span<const FrameRange> heard);
 

@@ -1,5 +1,7 @@
 #include "CorvaneWorker/Transcript/SegmentAssembly.h"
 
+#include "CorvaneWorker/Transcript/Inaudible.h"
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -40,6 +42,8 @@ QString capitalized(QString word) {
 }
 
 QString textOfBareWords(Words words) {
+    if (words.size() == 1 && words.front().text == QLatin1String(inaudible))
+        return words.front().text;
     QStringList parts;
     for (const RecognizedWord& word : words) {
         const QString lower = word.text.toLower(); // some networks shout

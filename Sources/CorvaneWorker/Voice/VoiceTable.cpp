@@ -41,9 +41,8 @@ const VoiceTable& voiceTable() {
     return table;
 }
 
-Eigen::RowVectorXd networkVoiceVector(const Eigen::MatrixXf& windows) {
+Eigen::RowVectorXd networkVoiceVector(const Eigen::RowVectorXf& mean) {
     const VoiceTable& table = voiceTable();
-    const Eigen::RowVectorXf mean = windows.colwise().mean();
     const Eigen::RowVectorXf channel = (mean * table.channels).cwiseProduct(table.damping);
     const Eigen::RowVectorXd freed = (mean - channel * table.channels.transpose()).cast<double>().normalized();
     Eigen::RowVectorXd vector(freed.size() + 1);

@@ -8,7 +8,7 @@
 namespace corvane {
 
 inline constexpr int networkVectorSize = 128;
-inline constexpr int voiceDirections = 20;
+inline constexpr int voiceDirections = 40;
 inline constexpr int channelDirections = 32;
 
 struct VoiceTable {
@@ -22,9 +22,9 @@ struct VoiceTable {
 
 [[nodiscard]] const VoiceTable& voiceTable();
 
-// Where the network measured one speaker's windows: a vector of unit length to be compared by its cosine, freed of what
-// rooms and microphones change. Its last number is a constant that moves the cosine at which one voice is told from two
-// to the application's threshold. There is at least one row.
-[[nodiscard]] Eigen::RowVectorXd networkVoiceVector(const Eigen::MatrixXf& windows);
+// The mean of one speaker's windows as a vector of unit length to be compared by its cosine, freed of what rooms and
+// microphones change. Its last number is a constant that moves the cosine at which one voice is told from two to the
+// application's threshold.
+[[nodiscard]] Eigen::RowVectorXd networkVoiceVector(const Eigen::RowVectorXf& mean);
 
 } // namespace corvane

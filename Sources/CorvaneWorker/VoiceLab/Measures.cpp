@@ -115,8 +115,8 @@ void printShortStretches(const Pieces& pieces) {
         std::vector<Voice> voices;
         for (const auto& [voice, windows] : pieces)
             for (Eigen::Index first = 0; voice.room == clean && first + size <= windows.rows(); first += size)
-                voices.push_back(
-                    {voice.person, clean, voice.meeting, networkVoiceVector(windows.middleRows(first, size))});
+                voices.push_back({voice.person, clean, voice.meeting,
+                                  networkVoiceVector(windows.middleRows(first, size).colwise().mean())});
         Errors errors;
         for (std::size_t left = 0; left < voices.size(); ++left)
             for (std::size_t right = left + 1; right < voices.size(); ++right)
@@ -172,11 +172,13 @@ void printDiarizationErrors(const QString& directory) {
 void printVoiceErrors(const QString& directory) {
     Pieces pieces;
     for (const CorpusFile& file : corpusFiles(directory)) {
+        if (file.speaker.contains(QLatin1Char('^')))
+            continue;
         const QString base = file.path.section(QLatin1Char('/'), -1).chopped(4);
         const FrameMatrix windows = networkWindowsOfFile(file.path);
         if (windows.rows() > 0)
             pieces.push_back({{file.speaker.section(QLatin1Char('@'), 0, 0), base.section(QLatin1Char('-'), 1),
-                               base.section(QLatin1Char('-'), 0, 0), networkVoiceVector(windows)},
+                               base.section(QLatin1Char('-'), 0, 0), networkVoiceVector(windows.colwise().mean())},
                               windows});
     }
     printShortStretches(pieces);
