@@ -19,7 +19,7 @@ constexpr int further = 2; // speakers to start with, beyond the largest number 
 // The cosine of two voices from which on they are one. In voice-lab's tuning set two people of one recording reached
 // 0.77, and a voice split in two for its length alone 0.78 and more.
 constexpr double oneVoice = 0.80;
-constexpr double fewestWindows = 12; // of a speaker; a cough or a laugh is nobody's voice
+constexpr double fewestWindows = 6; // of a speaker; a cough or a laugh is nobody's voice
 
 WindowMatrix alongDirections(const WindowMatrix& vectors) {
     return (vectors.rowwise() - voiceTable().mean) * voiceTable().directions;

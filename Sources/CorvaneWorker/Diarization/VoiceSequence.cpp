@@ -17,7 +17,7 @@ constexpr double evidence = 0.4;
 // How much a speaker has to differ from the average one to be worth it: little while the speakers are given, more when
 // their number is chosen. Both were chosen on voice-lab's tuning set.
 constexpr double cautionInFitting = 1.0;
-constexpr double cautionInChoosing = 2.5;
+constexpr double cautionInChoosing = 3.0;
 constexpr double stay = 0.98; // the chance that the next window, a quarter of a second later, is of the same speaker
 constexpr int passes = 8;
 constexpr double certainty = 0.9; // of the groups that it starts from
