@@ -13,6 +13,7 @@ struct WorkerJobState {
     QString message;                    // a line for a person, shown as it stands
     double progress = 0;                // fraction of the whole run, 0.0 to 1.0
     std::map<QString, QString> outputs; // output name to path
+    QString stage = {};                 // in which the run failed; empty if it did not or if that is not known
 
     friend bool operator==(const WorkerJobState&, const WorkerJobState&) = default;
 };
@@ -23,7 +24,7 @@ inline const QString completed = QStringLiteral("completed");
 inline const QString failed = QStringLiteral("failed");
 } // namespace jobStatus
 
-// All four keys are required. Throws JsonError.
+// All keys but "stage", which is there if it is not empty, are required. Throws JsonError.
 [[nodiscard]] WorkerJobState decodeWorkerJobState(const QByteArray& json);
 [[nodiscard]] QByteArray encodeWorkerJobState(const WorkerJobState& state);
 
