@@ -195,11 +195,22 @@ private:
     QStringList m_notes;
 };
 
+class MediaFileSource : public AudioSource {
+public:
+    DecodedAudio decode(const QString& path, const SampleSink& sink, const DecodeProgress& progress) override {
+        return decodeAudio(path, sink, progress);
+    }
+};
+
 } // namespace
 
 DecodedAudio decodeAudio(const QString& path, const SampleSink& sink, const DecodeProgress& progress) {
     av_log_set_level(AV_LOG_QUIET);
     return StreamDecoder(path, sink).run(progress);
+}
+
+std::unique_ptr<AudioSource> mediaFileSource() {
+    return std::make_unique<MediaFileSource>();
 }
 
 } // namespace corvane

@@ -1,4 +1,4 @@
-// Decodes any audio or movie file to 16 kHz mono, as a stream. Blocking; one call per thread.
+// Decodes any audio or movie file to 16 kHz mono, as a stream: the first stage of a run. Blocking; one call per thread.
 #pragma once
 
 #include <QString>
@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 
 namespace corvane {
@@ -25,5 +26,17 @@ using DecodeProgress = std::function<void(double)>;
 // no further file that a playlist names, no network. Throws WorkerError if the file is not a regular file, cannot be
 // read, holds no sound or none that can be decoded; passes on what the sink throws.
 DecodedAudio decodeAudio(const QString& path, const SampleSink& sink, const DecodeProgress& progress);
+
+// Where the sound of a run comes from.
+class AudioSource {
+public:
+    virtual ~AudioSource() = default;
+
+    // As decodeAudio() does it.
+    virtual DecodedAudio decode(const QString& path, const SampleSink& sink, const DecodeProgress& progress) = 0;
+};
+
+// By decodeAudio().
+[[nodiscard]] std::unique_ptr<AudioSource> mediaFileSource();
 
 } // namespace corvane

@@ -1,5 +1,5 @@
 // From what windows say to turns: every step of the speech gets a speaker, and turns get their borders. Used by the
-// Diarizer; any thread.
+// separators; any thread.
 #pragma once
 
 #include "CorvaneWorker/Audio/SampleStore.h"

@@ -59,13 +59,13 @@ void onExit() {
 
 } // namespace
 
-CrashNotice::CrashNotice(const QString& runDirectory, const QString& sentence) {
+CrashNotice::CrashNotice(const QString& runDirectory, const QString& stage, const QString& sentence) {
     prepared.statePath = QFile::encodeName(runFiles::in(runDirectory, runFiles::jobState));
     prepared.temporaryPath = prepared.statePath + ".crash";
-    prepared.state = encodeWorkerJobState({jobStatus::failed, sentence, 0.0, {}});
+    prepared.state = encodeWorkerJobState({jobStatus::failed, sentence, 0.0, {}, stage});
     prepared.eventsPath = QFile::encodeName(runFiles::in(runDirectory, runFiles::events));
-    prepared.event =
-        encodeWorkerJobEvent(jobEvents::failed, QDateTime::currentDateTimeUtc(), {{QStringLiteral("error"), sentence}});
+    prepared.event = encodeWorkerJobEvent(jobEvents::failed, QDateTime::currentDateTimeUtc(),
+                                          {{QStringLiteral("error"), sentence}, {QStringLiteral("stage"), stage}});
     prepared.line = sentence.toUtf8() + '\n';
     static const int registered = std::atexit(&onExit);
     armed = registered == 0 ? 1 : 0;

@@ -9,9 +9,9 @@ namespace corvane {
 
 class CrashNotice {
 public:
-    // While this object lives, a crash leaves the sentence in job_state.json, in a "failed" event and on standard
-    // error, and ends the process with status 1.
-    CrashNotice(const QString& runDirectory, const QString& sentence);
+    // While this object lives, a crash leaves the sentence and the stage in job_state.json and in a "failed" event, and
+    // the sentence on standard error, and ends the process with status 1.
+    CrashNotice(const QString& runDirectory, const QString& stage, const QString& sentence);
     ~CrashNotice();
     CrashNotice(const CrashNotice&) = delete;
     CrashNotice& operator=(const CrashNotice&) = delete;

@@ -8,11 +8,9 @@
 #include "CorvaneContract/Json/JsonReader.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
 #include "CorvaneWorker/Audio/AudioDecoder.h"
-#include "CorvaneWorker/Diarization/VoiceWindows.h"
 #include "CorvaneWorker/Run/Log.h"
+#include "CorvaneWorker/Run/StageChoice.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
-#include "CorvaneWorker/Voice/VoiceModel.h"
-#include "CorvaneWorker/Voice/VoiceTable.h"
 #include "CorvaneWorker/WorkerError.h"
 
 #include <QDir>
@@ -90,28 +88,6 @@ std::vector<FrameRange> intersect(std::span<const FrameRange> left, std::span<co
     return common;
 }
 
-struct MeasuredVoice {
-    Eigen::RowVectorXd vector;
-    std::int64_t windowCount = 0;
-};
-
-// By the voice network, or by plainer means where it is missing. Vectors of the two have different lengths, so that
-// they are never taken for one voice.
-MeasuredVoice measureVoice(const SampleStore& samples, std::span<const FrameRange> speech) {
-    const auto nothing = [](double) {};
-    if (const auto& model = installedVoiceModel().model) {
-        const auto windows = placeWindows(speech);
-        if (windows.empty())
-            return {};
-        return {networkVoiceVector(model->measure(samples, speech, windows, nothing).colwise().mean()),
-                static_cast<std::int64_t>(windows.size())};
-    }
-    const VoiceWindows windows = measureWindows(samples, speech, nothing);
-    if (windows.ranges.empty())
-        return {};
-    return {voiceVector(windows.vectors), static_cast<std::int64_t>(windows.ranges.size())};
-}
-
 ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const TranscriptResult result = readResult(command.runDirectory);
     const auto wanted = speechOf(result, command.speaker);
@@ -133,7 +109,7 @@ ExtractedSpeakerEmbedding extract(const ExtractCommand& command) {
     const double seconds = static_cast<double>(frames) / framesPerSecond;
     if (seconds < leastSpeechSeconds)
         throw tooLittle;
-    const MeasuredVoice voice = measureVoice(samples, speech);
+    const MeasuredVoice voice = chooseMeasurer()->measure(samples, speech);
     if (voice.windowCount == 0)
         throw tooLittle;
     ExtractedSpeakerEmbedding embedding;

@@ -1,27 +1,24 @@
 #include "CorvaneWorker/Run/LanguageStep.h"
 
 #include "CorvaneContract/Transcripts/TranscriptText.h"
-#include "CorvaneWorker/Language/MeetingDescription.h"
-#include "CorvaneWorker/Language/OllamaModel.h"
 #include "CorvaneWorker/Run/Log.h"
 
 namespace corvane {
 
 namespace {
 
-std::optional<TranscriptLLMContext> describe(const TranscriptResult& transcript, RunReporter& reporter,
-                                             double progressBefore) {
-    const LanguageSettings settings = languageSettings(LanguageModelUse::Off);
-    if (settings.use == LanguageModelUse::Off || groupedSegments(transcript.segments).empty()) {
+std::optional<TranscriptLLMContext> describe(const LanguageChoice& choice, const TranscriptResult& transcript,
+                                             RunReporter& reporter, double progressBefore) {
+    if (!choice.fault.isEmpty())
+        throw LanguageError(choice.fault);
+    if (!choice.model || groupedSegments(transcript.segments).empty()) {
         reporter.event(jobEvents::llmSkipped);
         return std::nullopt;
     }
     reporter.stage(QStringLiteral("Summarizing"), progressBefore);
-    OllamaModel model(settings);
-    auto description =
-        describeMeeting(transcript, {}, model, {settings.contextTokens, settings.timeout}, [&](double fraction) {
-            reporter.progressed(progressBefore + fraction * (1.0 - progressBefore));
-        });
+    auto description = describeMeeting(transcript, {}, *choice.model, choice.limits, [&](double fraction) {
+        reporter.progressed(progressBefore + fraction * (1.0 - progressBefore));
+    });
     reporter.event(jobEvents::llmCompleted, {{QStringLiteral("model"), description.model}});
     return description;
 }
@@ -33,10 +30,10 @@ void fail(RunReporter& reporter, const QString& reason) {
 
 } // namespace
 
-std::optional<TranscriptLLMContext> languageStep(const TranscriptResult& transcript, RunReporter& reporter,
-                                                 double progressBefore) {
+std::optional<TranscriptLLMContext> languageStep(const LanguageChoice& choice, const TranscriptResult& transcript,
+                                                 RunReporter& reporter, double progressBefore) {
     try {
-        return describe(transcript, reporter, progressBefore);
+        return describe(choice, transcript, reporter, progressBefore);
     } catch (const LanguageError& error) {
         fail(reporter, error.text());
     } catch (const std::exception& error) {

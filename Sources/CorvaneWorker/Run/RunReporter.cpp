@@ -42,9 +42,14 @@ void RunReporter::stage(const QString& message, double progress) {
     const std::lock_guard lock(m_mutex);
     if (m_ended)
         return;
-    m_state.message = message;
+    m_state.message = m_stage = message;
     m_state.progress = std::clamp(progress, m_state.progress, 1.0);
     tryWriteState();
+}
+
+void RunReporter::unseenStage(const QString& name) {
+    const std::lock_guard lock(m_mutex);
+    m_stage = name;
 }
 
 void RunReporter::progressed(double progress) {
@@ -71,16 +76,16 @@ void RunReporter::event(const QString& type, const JSONValue::Object& details) {
         appendEvent(type, details);
 }
 
-void RunReporter::complete(const QString& message, const std::map<QString, QString>& outputs,
-                           const std::function<void()>& writeOutputs) {
+void RunReporter::complete(const QString& message, const std::function<std::map<QString, QString>()>& writeOutputs) {
     const std::lock_guard lock(m_mutex);
     if (m_ended)
         return;
-    writeOutputs();
+    m_stage = QStringLiteral("Writing the transcript");
+    const std::map<QString, QString> outputs = writeOutputs();
     // The application refreshes a last time when the state changes, and then the event has to be there.
     appendEvent(jobEvents::completed, {});
     WorkerJobState before = m_state;
-    m_state = {jobStatus::completed, message, 1.0, outputs};
+    m_state = {jobStatus::completed, message, 1.0, outputs, {}};
     try {
         writeState();
     } catch (...) {
@@ -122,11 +127,12 @@ bool RunReporter::end(const QString& message, const QString& eventType, JSONValu
     if (m_ended)
         return false;
     m_ended = true;
-    if (!m_state.message.isEmpty())
-        details.emplace(QStringLiteral("stage"), m_state.message);
+    if (!m_stage.isEmpty())
+        details.emplace(QStringLiteral("stage"), m_stage);
     appendEvent(eventType, details);
     m_state.status = jobStatus::failed;
     m_state.message = message;
+    m_state.stage = m_stage;
     tryWriteState();
     return true;
 }

@@ -32,18 +32,19 @@ public:
     void started(const QString& audio);
     // The message shown from here on, and the fraction of the whole run that is done. Fractions only grow.
     void stage(const QString& message, double progress);
+    // A stage that nobody sees unless the run ends in it.
+    void unseenStage(const QString& name);
     // The fraction of the whole run within a stage; written a few times a second at most.
     void progressed(double progress);
     // The transcribed fraction; an event for every half per cent and for exactly 1.0.
     void recognized(double fraction);
     void event(const QString& type, const JSONValue::Object& details = {});
 
-    // Calls `writeOutputs`, then writes the "completed" event and after it the state. A signal cannot come in between.
-    // Passes on what writeOutputs throws; throws FileError.
-    void complete(const QString& message, const std::map<QString, QString>& outputs,
-                  const std::function<void()>& writeOutputs);
-    // The event, which names the stage, and the state of a run that failed. Does not fail; does nothing if the run has
-    // ended before. Returns whether this call ended it.
+    // Calls `writeOutputs`, which gives names and paths, then writes the "completed" event and after it the state. A
+    // signal cannot come in between. This is a stage by itself. Passes on what writeOutputs throws; throws FileError.
+    void complete(const QString& message, const std::function<std::map<QString, QString>()>& writeOutputs);
+    // The event and the state of a run that failed, both of which name the stage. Does not fail; does nothing if the
+    // run has ended before. Returns whether this call ended it.
     bool failed(const QString& sentence);
     // The same for a run that is asked to end; but after endEarlyBy(), `finish` is called in its place.
     Interruption interrupted();
@@ -61,6 +62,7 @@ private:
     std::mutex m_mutex; // guards what follows
     int m_events = -1;
     WorkerJobState m_state;
+    QString m_stage; // what is being done
     std::chrono::steady_clock::time_point m_lastWrite;
     double m_reportedRecognition = -1;
     bool m_ended = false;

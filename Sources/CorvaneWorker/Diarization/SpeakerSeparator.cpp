@@ -1,4 +1,4 @@
-#include "CorvaneWorker/Diarization/Diarizer.h"
+#include "CorvaneWorker/Diarization/SpeakerSeparator.h"
 
 #include "CorvaneWorker/Diarization/SpeakerSearch.h"
 #include "CorvaneWorker/Diarization/TurnLabels.h"
@@ -61,46 +61,71 @@ WindowMatrix findVoices(const WindowMatrix& single, const WindowMatrix& joined, 
     return voicesOf(std::min(limits.least, most));
 }
 
-// Without the voice network: by the statistics of the sound.
-std::vector<SpeakerTurn> separatePlainly(const SampleStore& samples, std::span<const FrameRange> speech,
-                                         const SpeakerLimits& limits, const std::function<void(double)>& progress) {
-    const VoiceWindows windows = measureWindows(samples, speech, progress);
-    if (windows.ranges.size() < 2)
-        return turnsOfOne(speech);
-    const WindowMatrix vectors = projectWindows(windows.vectors);
-    const WindowMatrix joined = centredUnitVectors(withNeighbours(vectors, windows.ranges));
-    const WindowMatrix voices = findVoices(centredUnitVectors(vectors), joined, windows.ranges, limits);
-    if (voices.rows() <= 1)
-        return turnsOfOne(speech);
-    return labelSpeech(speech, windows.ranges, joined * voices.transpose());
-}
+class NetworkSeparator : public SpeakerSeparator {
+public:
+    explicit NetworkSeparator(const VoiceModel& model) : m_model(model) {}
 
-std::vector<SpeakerTurn> separate(const VoiceModel& model, const SampleStore& samples,
-                                  std::span<const FrameRange> speech, const SpeakerLimits& limits,
-                                  const std::function<void(double)>& progress) {
-    const auto windows = placeWindows(speech, {.hop = 25, .shortest = 10});
-    if (windows.size() < 2)
+    QString name() const override { return QStringLiteral("corvane-voice-network"); }
+
+    std::vector<SpeakerTurn> separate(const SampleStore& samples, std::span<const FrameRange> speech,
+                                      const SpeakerLimits& limits,
+                                      const std::function<void(double)>& progress) const override {
+        const auto windows = placeWindows(speech, {.hop = 25, .shortest = 10});
+        if (limits.most <= 1 || windows.size() < 2)
+            return turnsOfOne(speech);
+        const WindowMatrix vectors = m_model.measure(samples, speech, windows, progress);
+        auto turns = labelSpeech(speech, windows, searchSpeakers(vectors, limits));
+        moveBordersToPauses(turns, samples);
+        return turns;
+    }
+
+private:
+    const VoiceModel& m_model;
+};
+
+class PlainSeparator : public SpeakerSeparator {
+public:
+    QString name() const override { return QStringLiteral("corvane-acoustic-clustering"); }
+
+    std::vector<SpeakerTurn> separate(const SampleStore& samples, std::span<const FrameRange> speech,
+                                      const SpeakerLimits& limits,
+                                      const std::function<void(double)>& progress) const override {
+        if (limits.most <= 1)
+            return turnsOfOne(speech);
+        const VoiceWindows windows = measureWindows(samples, speech, progress);
+        if (windows.ranges.size() < 2)
+            return turnsOfOne(speech);
+        const WindowMatrix vectors = projectWindows(windows.vectors);
+        const WindowMatrix joined = centredUnitVectors(withNeighbours(vectors, windows.ranges));
+        const WindowMatrix voices = findVoices(centredUnitVectors(vectors), joined, windows.ranges, limits);
+        if (voices.rows() <= 1)
+            return turnsOfOne(speech);
+        return labelSpeech(speech, windows.ranges, joined * voices.transpose());
+    }
+};
+
+class NoSeparator : public SpeakerSeparator {
+public:
+    QString name() const override { return QStringLiteral("off"); }
+
+    std::vector<SpeakerTurn> separate(const SampleStore&, std::span<const FrameRange> speech, const SpeakerLimits&,
+                                      const std::function<void(double)>&) const override {
         return turnsOfOne(speech);
-    const WindowMatrix vectors = model.measure(samples, speech, windows, progress);
-    auto turns = labelSpeech(speech, windows, searchSpeakers(vectors, limits));
-    moveBordersToPauses(turns, samples);
-    return turns;
-}
+    }
+};
 
 } // namespace
 
-QString diarizationName() {
-    return installedVoiceModel().model ? QStringLiteral("corvane-voice-network")
-                                       : QStringLiteral("corvane-acoustic-clustering");
+std::unique_ptr<SpeakerSeparator> networkSeparator(const VoiceModel& model) {
+    return std::make_unique<NetworkSeparator>(model);
 }
 
-std::vector<SpeakerTurn> diarize(const SampleStore& samples, std::span<const FrameRange> speech,
-                                 const SpeakerLimits& limits, const std::function<void(double)>& progress) {
-    if (limits.most <= 1)
-        return turnsOfOne(speech);
-    if (const auto& model = installedVoiceModel().model)
-        return separate(*model, samples, speech, limits, progress);
-    return separatePlainly(samples, speech, limits, progress);
+std::unique_ptr<SpeakerSeparator> plainSeparator() {
+    return std::make_unique<PlainSeparator>();
+}
+
+std::unique_ptr<SpeakerSeparator> noSeparator() {
+    return std::make_unique<NoSeparator>();
 }
 
 } // namespace corvane
