@@ -1,9 +1,9 @@
 #include "Support/PrintQt.h"
 #include "Worker/WorkerSamples.h"
 
-#include "CorvaneWorker/Diarization/Diarizer.h"
 #include "CorvaneWorker/Diarization/VoiceClustering.h"
 #include "CorvaneWorker/Diarization/VoiceFeatures.h"
+#include "CorvaneWorker/Run/StageChoice.h"
 #include "CorvaneWorker/Speech/FrameLevels.h"
 #include "CorvaneWorker/VoiceLab/DiarizationError.h"
 
@@ -37,7 +37,7 @@ public:
     }
 
     [[nodiscard]] std::vector<SpeakerTurn> diarize(const SpeakerLimits& limits) const {
-        return corvane::diarize(m_store, m_speech, limits, [](double) {});
+        return chooseSeparator()->separate(m_store, m_speech, limits, [](double) {});
     }
     [[nodiscard]] const std::vector<FrameRange>& speech() const { return m_speech; }
 

@@ -1,7 +1,7 @@
 #include "CorvaneWorker/VoiceLab/Measures.h"
 
 #include "CorvaneContract/Files/Files.h"
-#include "CorvaneWorker/Diarization/Diarizer.h"
+#include "CorvaneWorker/Run/StageChoice.h"
 #include "CorvaneWorker/Voice/VoiceTable.h"
 #include "CorvaneWorker/VoiceLab/DiarizationError.h"
 #include "CorvaneWorker/VoiceLab/Recordings.h"
@@ -134,6 +134,7 @@ void printDiarizationErrors(const QString& directory) {
     double seconds = 0;
     double processor = 0;
     double wall = 0;
+    const auto separator = chooseSeparator();
     const QDir folder(directory);
     for (const QString& name : folder.entryList({QStringLiteral("*.wav")}, QDir::Files, QDir::Name)) {
         const QString base = name.chopped(4);
@@ -148,7 +149,7 @@ void printDiarizationErrors(const QString& directory) {
             const QString mode = limits.least == limits.most ? QStringLiteral("told ") : QStringLiteral("untold ");
             const double before = processorSeconds();
             const auto start = std::chrono::steady_clock::now();
-            const auto found = diarize(recording.samples, recording.speech, limits, [](double) {});
+            const auto found = separator->separate(recording.samples, recording.speech, limits, [](double) {});
             if (limits == SpeakerLimits{}) {
                 processor += processorSeconds() - before;
                 wall += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
