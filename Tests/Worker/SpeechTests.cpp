@@ -98,7 +98,7 @@ TEST(Segments, BreakAtPausesAndWhereTheSpeakerChanges) {
 TEST(Segments, SayWhereSomebodyWasNotUnderstood) {
     const std::vector<SpeakerTurn> turns{{0.0, 2.0, 0}, {2.2, 4.0, 0}, {5.0, 5.4, 1}, {6.0, 9.0, 1}, {10.0, 20.0, 0}};
     const std::vector<RecognizedWord> words{word(6.0, 9.0, "yes", 1), word(10.0, 14.0, "but", 0)};
-    // Nobody was heard in the second half of the last turn but one that has a word.
+    // The third turn is too short to matter, and only a part of the last one was understood.
     const std::vector<FrameRange> heard{{0, 400}, {500, 540}, {1000, 1800}};
     const auto all = withInaudible(words, turns, heard);
     EXPECT_THAT(all, ElementsAre(word(0.0, 4.0, inaudible, 0), words[0], words[1], word(14.0, 20.0, inaudible, 0)));
@@ -118,6 +118,7 @@ TEST(Segments, AreWrittenAsSentences) {
     EXPECT_EQ(textOf(u"We have a set Of sounds."_s, Spelling::Sentences), u"We have a set of sounds."_s);
     EXPECT_EQ(textOf(u"All are busy. please ask Of Anna."_s, Spelling::Sentences),
               u"All are busy. Please ask of Anna."_s);
+    EXPECT_EQ(textOf(u"Hello, Anna,"_s, Spelling::Sentences), u"Hello, Anna."_s);
 }
 
 TEST(Segments, ALongTalkIsCutAndItsExamplesAreSpread) {

@@ -63,6 +63,8 @@ QString textOfSentences(Words words) {
         parts << (begins ? capitalized(word.text) : isFunctionWord(lower) ? lower : word.text);
         begins = QStringLiteral(".?!").contains(word.text.back());
     }
+    if (parts.last().endsWith(QLatin1Char(','))) // the network expected somebody to go on
+        parts.last().back() = QLatin1Char('.');
     return parts.join(QLatin1Char(' '));
 }
 
