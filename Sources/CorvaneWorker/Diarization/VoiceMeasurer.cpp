@@ -15,7 +15,7 @@ public:
     explicit NetworkMeasurer(const VoiceModel& model) : m_model(model) {}
 
     MeasuredVoice measure(const SampleStore& samples, std::span<const FrameRange> speech) const override {
-        const auto windows = placeWindows(speech);
+        const auto windows = placeWindows(speech, voiceWindows);
         if (windows.empty())
             return {};
         return {networkVoiceVector(m_model.measure(samples, speech, windows, ignoreProgress).colwise().mean()),

@@ -25,6 +25,9 @@ struct WindowPlan {
     std::int64_t shortest = 50; // stretches with fewer frames get no window
 };
 
+// For the vector of a voice by the network: short answers count too, and may be all that somebody says.
+inline constexpr WindowPlan voiceWindows{.hop = 75, .shortest = 10};
+
 // Windows of 1.5 s within each stretch; a stretch shorter than that is one window.
 [[nodiscard]] std::vector<FrameRange> placeWindows(std::span<const FrameRange> speech, const WindowPlan& plan = {});
 

@@ -57,7 +57,7 @@ Observations observe(const QString& people, const Eigen::RowVectorXd& offset) {
     Observations seen;
     double rows = 0;
     for (const CorpusFile& file : corpusFiles(people)) {
-        const Matrix vectors = networkWindowsOfFile(file.path).cast<double>();
+        const Matrix vectors = networkWindowsOfFile(file.path, {}).cast<double>();
         if (vectors.rows() < fewestWindows)
             continue;
         const Eigen::RowVectorXd mean = vectors.colwise().mean();

@@ -176,7 +176,7 @@ void printVoiceErrors(const QString& directory) {
         if (file.speaker.contains(QLatin1Char('^')))
             continue;
         const QString base = file.path.section(QLatin1Char('/'), -1).chopped(4);
-        const FrameMatrix windows = networkWindowsOfFile(file.path);
+        const FrameMatrix windows = networkWindowsOfFile(file.path, voiceWindows);
         if (windows.rows() > 0)
             pieces.push_back({{file.speaker.section(QLatin1Char('@'), 0, 0), base.section(QLatin1Char('-'), 1),
                                base.section(QLatin1Char('-'), 0, 0), networkVoiceVector(windows.colwise().mean())},

@@ -40,12 +40,12 @@ WindowMatrix statisticsOfFile(const QString& path) {
     return measureWindows(recording.samples, recording.speech, [](double) {}).vectors;
 }
 
-FrameMatrix networkWindowsOfFile(const QString& path) {
+FrameMatrix networkWindowsOfFile(const QString& path, const WindowPlan& plan) {
     const VoiceModel* model = installedVoiceModel().model.get();
     if (model == nullptr)
         throw WorkerError(installedVoiceModel().note);
     const Recording recording(path);
-    return model->measure(recording.samples, recording.speech, placeWindows(recording.speech), [](double) {});
+    return model->measure(recording.samples, recording.speech, placeWindows(recording.speech, plan), [](double) {});
 }
 
 } // namespace corvane

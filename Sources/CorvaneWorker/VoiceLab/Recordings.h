@@ -28,6 +28,6 @@ struct CorpusFile {
 [[nodiscard]] WindowMatrix statisticsOfFile(const QString& path);
 
 // What the voice network says of them. Throws WorkerError, also if the network is not installed.
-[[nodiscard]] FrameMatrix networkWindowsOfFile(const QString& path);
+[[nodiscard]] FrameMatrix networkWindowsOfFile(const QString& path, const WindowPlan& plan);
 
 } // namespace corvane
