@@ -28,9 +28,11 @@ void returnMemoryEarly() {
     constexpr int mappedBytes = 1 << 20; // from this size on a block is a mapping of its own
     constexpr int keptBytes = 4 << 20;
     constexpr int mostHeaps = 2;
+    // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet
     ::mallopt(M_MMAP_THRESHOLD, mappedBytes);
     ::mallopt(M_TRIM_THRESHOLD, keptBytes);
     ::mallopt(M_ARENA_MAX, mostHeaps);
+    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 void print(const QString& text) {
