@@ -65,6 +65,7 @@ void DependencySetupModel::refresh() {
 void DependencySetupModel::checkFrom(std::size_t number) {
     if (number == checks().size()) {
         publish(m_hasLooked, true);
+        Q_EMIT looked();
         return;
     }
     const Check& check = checks()[number];

@@ -55,6 +55,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    // A look is over: every tool was asked for, and what was found shows.
+    void looked();
 
 private:
     struct Check;
