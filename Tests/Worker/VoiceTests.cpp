@@ -208,6 +208,7 @@ TEST(VoiceSequence, TheRightNumberOfSpeakersExplainsBest) {
             truth.push_back(static_cast<int>(row / 20) % speakers);
             windows.row(row) += centres.row(truth.back());
         }
+        const VoiceSequence sequence(windows, ratios);
         double best = -1e300;
         int bestCount = 0;
         for (int count = 1; count <= 5; ++count) {
@@ -219,7 +220,7 @@ TEST(VoiceSequence, TheRightNumberOfSpeakersExplainsBest) {
                                          ? 0
                                          : speakers + static_cast<int>(row) % (count - speakers))
                                   : std::min(groups[row], count - 1);
-            const SequenceFit fit = fitSequence(windows, ratios, sharesOf(groups, count));
+            const SequenceFit fit = fitSequence(sequence, sharesOf(groups, count));
             EXPECT_NEAR(fit.shares.rowwise().sum().minCoeff(), 1.0, 1e-6);
             if (fit.score > best) {
                 best = fit.score;
@@ -244,7 +245,7 @@ TEST(SpeakerSearch, AVoiceOfTwoMoodsIsOneHoweverLongItSpeaks) {
         }
         return WindowMatrix((windows * back).rowwise() + table.mean);
     };
-    const auto countOf = [](const Eigen::MatrixXf& shares) { return likeliestSpeakers(shares.cast<double>()); };
+    const auto countOf = [](const Eigen::MatrixXf& shares) { return likeliestSpeakers(shares.cast<double>()).size(); };
     EXPECT_EQ(countOf(searchSpeakers(people(0.8F), {})), 1);
     EXPECT_EQ(countOf(searchSpeakers(people(8.0F), {})), 2);
     EXPECT_EQ(countOf(searchSpeakers(people(0.8F), {2, 2})), 2);

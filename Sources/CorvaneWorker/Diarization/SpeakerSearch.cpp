@@ -27,8 +27,7 @@ WindowMatrix alongDirections(const WindowMatrix& vectors) {
 
 // Goes from many speakers to few, by what the last number leads to and by a fresh start for each, and keeps what
 // explains the windows best of what the limits allow.
-MatrixXd likeliestShares(const WindowMatrix& windows, const SpeakerLimits& limits) {
-    const Eigen::RowVectorXf& ratios = voiceTable().ratios;
+MatrixXd likeliestShares(const WindowMatrix& windows, const VoiceSequence& sequence, const SpeakerLimits& limits) {
     const WindowMatrix directions = windows.rowwise().normalized();
     const WindowMatrix chosen = evenlyChosenRows(directions);
     const auto levels = clusterByWard(chosen, limits.most + further);
@@ -40,15 +39,15 @@ MatrixXd likeliestShares(const WindowMatrix& windows, const SpeakerLimits& limit
         return nearestDirections(directions, means);
     };
     SequenceFit best;
-    SequenceFit current = fitSequence(windows, ratios, sharesOf(groupsOf(top), top));
+    SequenceFit current = fitSequence(sequence, sharesOf(groupsOf(top), top));
     for (int count = top; count >= least; --count) {
         if (count < top) {
-            current = fitSequence(windows, ratios, withOneSpeakerLess(windows, ratios, current.shares));
-            SequenceFit fresh = fitSequence(windows, ratios, sharesOf(groupsOf(count), count));
+            current = fitSequence(sequence, withOneSpeakerLess(sequence, current.shares));
+            SequenceFit fresh = fitSequence(sequence, sharesOf(groupsOf(count), count));
             if (fresh.score > current.score)
                 current = std::move(fresh);
         }
-        const int heard = likeliestSpeakers(current.shares);
+        const int heard = static_cast<int>(likeliestSpeakers(current.shares).size());
         if (heard >= least && heard <= limits.most && (best.shares.size() == 0 || current.score > best.score))
             best = current;
     }
@@ -58,17 +57,7 @@ MatrixXd likeliestShares(const WindowMatrix& windows, const SpeakerLimits& limit
 
 // The shares of those only who speak.
 MatrixXd ofSpeakers(const MatrixXd& shares) {
-    std::vector<bool> speaks(static_cast<std::size_t>(shares.cols()), false);
-    for (Index row = 0; row < shares.rows(); ++row) {
-        Index likeliest = 0;
-        shares.row(row).maxCoeff(&likeliest);
-        speaks[static_cast<std::size_t>(likeliest)] = true;
-    }
-    std::vector<Index> columns;
-    for (Index column = 0; column < shares.cols(); ++column)
-        if (speaks[static_cast<std::size_t>(column)])
-            columns.push_back(column);
-    MatrixXd kept = shares(Eigen::all, columns);
+    const MatrixXd kept = shares(Eigen::all, likeliestSpeakers(shares));
     return kept.array().colwise() / kept.rowwise().sum().array();
 }
 
@@ -81,10 +70,10 @@ struct Pair {
 std::optional<Pair> twoOfOne(const WindowMatrix& vectors, const MatrixXd& shares) {
     const Index count = shares.cols();
     const Eigen::RowVectorXd sizes = shares.colwise().sum();
-    const MatrixXd sums = shares.transpose() * vectors.cast<double>();
+    const Eigen::MatrixXf sums = shares.transpose().cast<float>() * vectors;
     MatrixXd voices(count, networkVectorSize + 1);
     for (Index speaker = 0; speaker < count; ++speaker)
-        voices.row(speaker) = networkVoiceVector((sums.row(speaker) / sizes[speaker]).cast<float>());
+        voices.row(speaker) = networkVoiceVector(sums.row(speaker) / static_cast<float>(sizes[speaker]));
     MatrixXd cosines = voices * voices.transpose();
     cosines.diagonal().setConstant(-2.0);
     Pair pair{0, 0};
@@ -98,14 +87,14 @@ std::optional<Pair> twoOfOne(const WindowMatrix& vectors, const MatrixXd& shares
 
 // The more there is of a recording, the more certain is the smallest difference between two moods of one voice: what
 // explains the windows best then has too many speakers. Two people differ by more than that, at any length.
-MatrixXd withoutDoubles(const WindowMatrix& vectors, const WindowMatrix& windows, MatrixXd shares, int least) {
+MatrixXd withoutDoubles(const WindowMatrix& vectors, const VoiceSequence& sequence, MatrixXd shares, int least) {
     shares = ofSpeakers(shares);
     while (shares.cols() > std::max(1, least)) {
         const auto pair = twoOfOne(vectors, shares);
         if (!pair)
             break;
         shares = joinedSpeakers(shares, std::min(pair->first, pair->second), std::max(pair->first, pair->second));
-        const MatrixXd fitted = ofSpeakers(fitSequence(windows, voiceTable().ratios, shares).shares);
+        const MatrixXd fitted = ofSpeakers(fitSequence(sequence, shares).shares);
         if (fitted.cols() >= least)
             shares = fitted;
     }
@@ -116,7 +105,8 @@ MatrixXd withoutDoubles(const WindowMatrix& vectors, const WindowMatrix& windows
 
 Eigen::MatrixXf searchSpeakers(const WindowMatrix& vectors, const SpeakerLimits& limits) {
     const WindowMatrix windows = alongDirections(vectors);
-    return withoutDoubles(vectors, windows, likeliestShares(windows, limits), limits.least).cast<float>();
+    const VoiceSequence sequence(windows, voiceTable().ratios);
+    return withoutDoubles(vectors, sequence, likeliestShares(windows, sequence, limits), limits.least).cast<float>();
 }
 
 } // namespace corvane

@@ -27,19 +27,19 @@ struct Voices {
     MatrixXd spread; // the variance that is left of each
 };
 
-Voices voicesOf(const MatrixXd& scaled, const Eigen::RowVectorXd& ratios, const MatrixXd& shares, double caution) {
+Voices voicesOf(const VoiceSequence& sequence, const MatrixXd& shares, double caution) {
     const double weight = evidence / caution;
     const VectorXd sizes = shares.colwise().sum();
     Voices voices;
-    voices.spread = (1.0 + weight * (sizes * ratios).array()).inverse();
-    voices.means = weight * voices.spread.cwiseProduct(shares.transpose() * scaled);
+    voices.spread = (1.0 + weight * (sizes * sequence.ratios).array()).inverse();
+    voices.means = weight * voices.spread.cwiseProduct(shares.transpose() * sequence.scaled);
     return voices;
 }
 
 // The logarithm of how well each window fits each speaker, less what does not depend on the speaker.
-MatrixXd fitOf(const MatrixXd& scaled, const Eigen::RowVectorXd& ratios, const Voices& voices) {
-    const VectorXd cost = (voices.spread + voices.means.cwiseAbs2()) * ratios.transpose() / 2.0;
-    return evidence * ((scaled * voices.means.transpose()).rowwise() - cost.transpose());
+MatrixXd fitOf(const VoiceSequence& sequence, const Voices& voices) {
+    const VectorXd cost = (voices.spread + voices.means.cwiseAbs2()) * sequence.ratios.transpose() / 2.0;
+    return evidence * ((sequence.scaled * voices.means.transpose()).rowwise() - cost.transpose());
 }
 
 // Forward and backward over the windows; the shares, and the logarithm of the likelihood of all.
@@ -76,20 +76,17 @@ VectorXd worthOf(const MatrixXd& sums, const VectorXd& sizes, const Eigen::RowVe
     return cautionInChoosing / 2.0 * ((weight * sums).array().square() / precision - precision.log()).rowwise().sum();
 }
 
-MatrixXd scaledBy(const WindowMatrix& windows, const Eigen::RowVectorXd& variances) {
-    return windows.cast<double>() * variances.cwiseSqrt().asDiagonal();
-}
-
 } // namespace
 
-SequenceFit fitSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, MatrixXd shares) {
-    const Eigen::RowVectorXd variances = ratios.cast<double>();
-    const MatrixXd scaled = scaledBy(windows, variances);
+VoiceSequence::VoiceSequence(const WindowMatrix& windows, const Eigen::RowVectorXf& variances)
+    : ratios(variances.cast<double>()), scaled(windows.cast<double>() * ratios.cwiseSqrt().asDiagonal()) {}
+
+SequenceFit fitSequence(const VoiceSequence& sequence, MatrixXd shares) {
     for (int pass = 0; pass < passes; ++pass)
-        (void)decode(fitOf(scaled, variances, voicesOf(scaled, variances, shares, cautionInFitting)), shares);
-    const Voices voices = voicesOf(scaled, variances, shares, cautionInChoosing);
+        (void)decode(fitOf(sequence, voicesOf(sequence, shares, cautionInFitting)), shares);
+    const Voices voices = voicesOf(sequence, shares, cautionInChoosing);
     MatrixXd chosen;
-    const double likelihood = decode(fitOf(scaled, variances, voices), chosen);
+    const double likelihood = decode(fitOf(sequence, voices), chosen);
     // Less the distance of the speakers from the average one (Kullback and Leibler's).
     const double cost =
         (voices.spread.array().log() - voices.spread.array() - voices.means.array().square() + 1.0).sum();
@@ -103,11 +100,10 @@ MatrixXd sharesOf(std::span<const int> groups, int count) {
     return shares;
 }
 
-MatrixXd withOneSpeakerLess(const WindowMatrix& windows, const Eigen::RowVectorXf& ratios, const MatrixXd& shares) {
-    const Eigen::RowVectorXd variances = ratios.cast<double>();
-    const MatrixXd sums = shares.transpose() * scaledBy(windows, variances);
+MatrixXd withOneSpeakerLess(const VoiceSequence& sequence, const MatrixXd& shares) {
+    const MatrixXd sums = shares.transpose() * sequence.scaled;
     const VectorXd sizes = shares.colwise().sum();
-    const VectorXd worth = worthOf(sums, sizes, variances);
+    const VectorXd worth = worthOf(sums, sizes, sequence.ratios);
     Index first = 0;
     Index second = 1;
     double best = -std::numeric_limits<double>::max();
@@ -115,7 +111,7 @@ MatrixXd withOneSpeakerLess(const WindowMatrix& windows, const Eigen::RowVectorX
         for (Index left = 0; left < right; ++left) {
             const VectorXd size = VectorXd::Constant(1, sizes[left] + sizes[right]);
             const double gain =
-                worthOf(sums.row(left) + sums.row(right), size, variances)[0] - worth[left] - worth[right];
+                worthOf(sums.row(left) + sums.row(right), size, sequence.ratios)[0] - worth[left] - worth[right];
             if (gain > best) {
                 best = gain;
                 first = left;
@@ -132,14 +128,14 @@ MatrixXd joinedSpeakers(const MatrixXd& shares, Index first, Index second) {
     return joined;
 }
 
-int likeliestSpeakers(const MatrixXd& shares) {
+std::vector<Index> likeliestSpeakers(const MatrixXd& shares) {
     std::set<Index> speakers;
     for (Index row = 0; row < shares.rows(); ++row) {
         Index likeliest = 0;
         shares.row(row).maxCoeff(&likeliest);
         speakers.insert(likeliest);
     }
-    return static_cast<int>(speakers.size());
+    return {speakers.begin(), speakers.end()};
 }
 
 } // namespace corvane
