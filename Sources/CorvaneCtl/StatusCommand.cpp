@@ -1,6 +1,7 @@
 // corvanectl status
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneContract/Json/JsonWriter.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Jobs/WorkerLocator.h"
 #include "CorvaneCtl/Commands.h"
@@ -9,8 +10,6 @@
 #include "CorvaneCtl/MeetingJson.h"
 #include "CorvaneCtl/Session.h"
 #include "CorvaneCtl/Text.h"
-
-#include <QtConcurrentRun>
 
 #include <algorithm>
 
@@ -55,7 +54,7 @@ std::vector<RunningJob> runningJobs(Session& session) {
 TokenStore askTokenStore(Session& session) {
     // Beside the main loop: the store may take seconds to answer.
     const auto store = session.services().tokenStore;
-    return session.wait(QtConcurrent::run([store]() -> TokenStore {
+    return session.wait(inBackground([store]() -> TokenStore {
         try {
             return {std::nullopt, store->hasHuggingFaceToken()};
         } catch (const TokenStoreError& error) {

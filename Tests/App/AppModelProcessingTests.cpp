@@ -28,8 +28,7 @@ TEST_F(AppModelTest, ImportingMakesAMeetingOfACopy) {
     EXPECT_EQ(model.selectedMeeting()->id, id);
     auto abandoned = model.importAudioFile(source);
     fixture.stop();
-    abandoned.waitForFinished();
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(loopUntil([&] { return abandoned.isFinished(); }));
 }
 
 TEST_F(AppModelTest, ProcessingLaunchesTheWorkerAndShowsTheNewRun) {
@@ -107,7 +106,6 @@ TEST_F(AppModelTest, AUserWhoMovedOnIsNotCalledBackByASlowTokenStore) {
     auto abandoned = model.processCurrentAudio();
     fixture.stop();
     mayAnswer.release();
-    abandoned.waitForFinished();
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(loopUntil([&] { return abandoned.isFinished(); }));
     EXPECT_EQ(fixture.processes->launched().size(), 1U);
 }

@@ -2,10 +2,9 @@
 
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Text/UserText.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
-
-#include <QtConcurrentRun>
 
 namespace corvane {
 
@@ -109,7 +108,7 @@ void AppModel::resetSpeakerReviewState() {
 void AppModel::primeSystemAudioPermissionIfNeeded() {
     if (m_systemAudioCaptureMode == SystemAudioCaptureMode::off)
         return;
-    static_cast<void>(QtConcurrent::run([inputs = m_services.audioInputs] {
+    static_cast<void>(inBackground([inputs = m_services.audioInputs] {
         try {
             ChunkedSystemAudioRecorder::primePermission(*inputs);
         } catch (const Error&) {

@@ -3,6 +3,7 @@
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Text/UserText.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Library/AudioImport.h"
 #include "CorvaneCore/Library/FileNames.h"
 
@@ -10,7 +11,6 @@
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QPointer>
-#include <QtConcurrentRun>
 
 namespace corvane {
 
@@ -40,7 +40,7 @@ QFuture<std::optional<QString>> AppModel::importAudioFile(const QString& chosen)
             throw AudioImportError(UserText::tr("Cancelled"));
         post(fraction);
     };
-    return QtConcurrent::run([source, copy, step]() -> QString {
+    return inBackground([source, copy, step]() -> QString {
                try {
                    copyAudioFile(source, copy, step);
                    return {};

@@ -1,7 +1,6 @@
 // Finding out where the local language model stands.
 #include "CorvaneApp/Model/AppModel.h"
-
-#include <QtConcurrentRun>
+#include "CorvaneCore/Concurrency/Background.h"
 
 namespace corvane {
 
@@ -18,7 +17,7 @@ QFuture<OllamaStatus> AppModel::detectOllama() {
                        ? QtFuture::makeReadyFuture(OllamaService())
                        : detectOllamaService(*m_services.http, *this, m_services.ollamaAddress);
     // The files are looked at meanwhile, beside the main loop: a home may lie on a disk that is asleep.
-    return QtConcurrent::run([files = m_services.files, locations = m_services.ollamaLocations] {
+    return inBackground([files = m_services.files, locations = m_services.ollamaLocations] {
                return isOllamaInstalled(*files, locations);
            })
         .then(this,

@@ -3,11 +3,10 @@
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Text/UserText.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Notion/NotionClient.h"
 #include "CorvaneCore/Notion/NotionError.h"
 #include "CorvaneCore/Settings/DefaultsKeys.h"
-
-#include <QtConcurrentRun>
 
 #include <algorithm>
 
@@ -17,8 +16,7 @@ namespace {
 
 // The token, or what kept the store from giving it.
 QFuture<Outcome<QString>> readToken(const std::shared_ptr<SecretStoring>& store) {
-    return QtConcurrent::run(
-        [store] { return outcomeOf([&] { return store->readNotionToken().value_or(QString()); }); });
+    return inBackground([store] { return outcomeOf([&] { return store->readNotionToken().value_or(QString()); }); });
 }
 
 // Why there is no token to go on with. Nothing if there is one. A store that could not be read is not taken for an
@@ -72,7 +70,7 @@ struct AppModel::NotionSync {
 QFuture<bool> AppModel::refreshNotionSettings() {
     m_notion.loadSettings();
     // Absent also where the store cannot say; the store is asked again when a token is needed.
-    return QtConcurrent::run([store = m_services.tokenStore] {
+    return inBackground([store = m_services.tokenStore] {
                try {
                    return store->hasNotionToken();
                } catch (const Error&) {
@@ -96,7 +94,7 @@ QFuture<bool> AppModel::deleteNotionToken() {
 }
 
 QFuture<bool> AppModel::changeNotionToken(const QString& failure, const std::function<void(SecretStoring&)>& change) {
-    return QtConcurrent::run([store = m_services.tokenStore, change] {
+    return inBackground([store = m_services.tokenStore, change] {
                return outcomeOf([&] {
                    change(*store);
                    return store->hasNotionToken();

@@ -2,12 +2,11 @@
 #include "CorvaneApp/Model/AppModel.h"
 #include "CorvaneContract/Error.h"
 #include "CorvaneContract/Text/UserText.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Jobs/JobReaders.h"
 #include "CorvaneCore/Jobs/WorkerEnvironment.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
-
-#include <QtConcurrentRun>
 
 #include <chrono>
 
@@ -49,7 +48,7 @@ QFuture<std::optional<QString>> AppModel::processCurrentAudio() {
     // The token store may take seconds to answer, or not to; the main loop does not wait for it.
     const WorkerEnvironment environment{m_services.tokenStore, m_localModel.useOllamaSpeakerContext()};
     m_jobs.setIsLaunching(true);
-    return QtConcurrent::run([environment] { return environment.values(); })
+    return inBackground([environment] { return environment.values(); })
         .then(this, [this, wish](const ProcessEnvironment& values) {
             m_jobs.setIsLaunching(false);
             return launch(wish, values);

@@ -4,13 +4,13 @@
 #include "CorvaneContract/Files/Files.h"
 #include "CorvaneContract/Text/UserText.h"
 #include "CorvaneContract/Transcripts/TranscriptResult.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Recording/MeetingChunks.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
-#include <QtConcurrentRun>
 
 namespace corvane {
 
@@ -255,7 +255,7 @@ QFuture<std::optional<QString>> AppModel::finalizeInBackground(const Finalizatio
                 recording->setFinishingProgress(fraction);
         });
     };
-    return QtConcurrent::run([files = m_services.waveFiles, plan, report]() -> Outcome {
+    return inBackground([files = m_services.waveFiles, plan, report]() -> Outcome {
                try {
                    return {finalizeChunks(*files, plan, report), {}};
                } catch (const Error& error) {

@@ -1,8 +1,7 @@
 // What the settings page and the setup wizard ask for beyond the parts: the Hugging Face token, pages of the web, and
 // the tools of this machine. The token store may take its time, so that it is asked beside the main loop.
 #include "CorvaneApp/Model/AppModel.h"
-
-#include <QtConcurrentRun>
+#include "CorvaneCore/Concurrency/Background.h"
 
 namespace corvane {
 
@@ -10,7 +9,7 @@ namespace {
 
 QFuture<bool> changeTokens(const std::shared_ptr<SecretStoring>& store,
                            const std::function<void(SecretStoring&)>& change) {
-    return QtConcurrent::run([store, change] {
+    return inBackground([store, change] {
         try {
             change(*store);
             return true;
@@ -23,7 +22,7 @@ QFuture<bool> changeTokens(const std::shared_ptr<SecretStoring>& store,
 } // namespace
 
 QFuture<std::optional<bool>> AppModel::hasHuggingFaceToken() const {
-    return QtConcurrent::run([store = m_services.tokenStore]() -> std::optional<bool> {
+    return inBackground([store = m_services.tokenStore]() -> std::optional<bool> {
         try {
             return store->hasHuggingFaceToken();
         } catch (const Error&) {

@@ -5,13 +5,12 @@
 #include "CorvaneContract/Jobs/RunFiles.h"
 #include "CorvaneContract/Jobs/WorkerArguments.h"
 #include "CorvaneContract/Text/UserText.h"
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Jobs/WorkerLocator.h"
 #include "CorvaneCore/Library/FileNames.h"
 #include "CorvaneCore/Library/RunIdentity.h"
 #include "CorvaneCore/VoiceProfiles/SpeakerLinks.h"
 #include "CorvaneCore/VoiceProfiles/VoiceExtraction.h"
-
-#include <QtConcurrentRun>
 
 namespace corvane {
 
@@ -71,7 +70,7 @@ bool AppModel::shouldApplyVoiceProfileUpdate(const QString& runID, const std::op
 }
 
 QFuture<CommandResult> AppModel::runSpeakerProfileExtraction(const VoiceExtraction& extraction) const {
-    return QtConcurrent::run([processes = m_services.processes, cancelled = m_commandsCancelled, extraction] {
+    return inBackground([processes = m_services.processes, cancelled = m_commandsCancelled, extraction] {
         return extraction.run(*processes, cancelled);
     });
 }

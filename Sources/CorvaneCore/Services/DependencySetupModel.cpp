@@ -1,8 +1,7 @@
 #include "CorvaneCore/Services/DependencySetupModel.h"
 
 #include "CorvaneContract/Text/UserText.h"
-
-#include <QtConcurrentRun>
+#include "CorvaneCore/Concurrency/Background.h"
 
 #include <utility>
 
@@ -69,7 +68,7 @@ void DependencySetupModel::checkFrom(std::size_t number) {
         return;
     }
     const Check& check = checks()[number];
-    QtConcurrent::run(m_threads.get(), [setup = m_setup, question = check.question] {
+    inBackground(*m_threads, [setup = m_setup, question = check.question] {
         return question(setup);
     }).then(this, [this, number, &check](bool isReady) {
         publish(this->*check.field, isReady);
@@ -83,7 +82,7 @@ void DependencySetupModel::installMissingTools() {
     publish(m_isRunning, true);
     publish(m_message, UserText::tr("Starting dependency setup..."));
     const ReadyTools known{.python = m_pythonReady, .uv = m_uvReady, .ffmpeg = m_ffmpegReady};
-    QtConcurrent::run(m_threads.get(), [setup = m_setup, known] {
+    inBackground(*m_threads, [setup = m_setup, known] {
         return setup.installMissingTools(known);
     }).then(this, [this](const QString& message) {
         publish(m_message, message);

@@ -1,5 +1,7 @@
 #include "CorvaneCore/Services/Doctor.h"
 
+#include "CorvaneCore/Concurrency/Background.h"
+
 #include <QPromise>
 #include <QTimer>
 
@@ -71,13 +73,14 @@ private:
     bool m_isFinished = false;
 };
 
-// Asks on a thread of its own. One that hangs is left to itself, which is safe as it owns everything it works on.
+// Asks on a thread of its own. One that hangs is left to itself, which is safe as it owns everything it works on. The
+// future is the main loop's.
 template<typename Question>
 auto onThread(Question question) -> QFuture<decltype(question())> {
     using Facts = decltype(question());
     const auto promise = std::make_shared<QPromise<Facts>>();
     promise->start();
-    auto future = promise->future();
+    auto future = finishedByMainLoop(promise->future());
     try {
         std::thread([promise, question = std::move(question)] {
             promise->addResult(question());

@@ -1,9 +1,10 @@
 #include "CorvanePlatform/Linux/Desktop/DesktopBus.h"
 
+#include "CorvaneCore/Concurrency/Background.h"
+
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
-#include <QtConcurrentRun>
 
 #include <atomic>
 #include <utility>
@@ -68,7 +69,7 @@ void DesktopBus::connectToBus() {
     if (std::exchange(m_bus, std::nullopt))
         QDBusConnection::disconnectFromBus(m_name);
     m_name = nextName();
-    QtConcurrent::run([address = address(m_which), name = m_name]() -> std::optional<QDBusConnection> {
+    inBackground([address = address(m_which), name = m_name]() -> std::optional<QDBusConnection> {
         if (address.isEmpty())
             return std::nullopt;
         return QDBusConnection::connectToBus(address, name);

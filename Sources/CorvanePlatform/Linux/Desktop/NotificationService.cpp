@@ -1,11 +1,11 @@
 #include "CorvanePlatform/Linux/Desktop/NotificationService.h"
 
+#include "CorvaneCore/Concurrency/Background.h"
 #include "CorvaneCore/Text/Characters.h"
 #include "CorvanePlatform/Linux/Desktop/DesktopBus.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QtConcurrentRun>
 
 #include <algorithm>
 #include <atomic>
@@ -118,7 +118,7 @@ void NotificationService::connectToBus() {
     m_connectionName = nextConnectionName();
     m_isBusy = true;
     DesktopBus::makeTypesKnown();
-    QtConcurrent::run([address, name = m_connectionName] {
+    inBackground([address, name = m_connectionName] {
         return QDBusConnection::connectToBus(address, name);
     }).then(this, [this](QDBusConnection bus) {
         m_isBusy = false;
