@@ -52,7 +52,7 @@ public:
     // it changes.
     [[nodiscard]] double secondsBehind() {
         m_behind = never;
-        const int end = m_arrivals + 12;
+        const int end = m_arrivals + 24;
         return waitFor([&] { return m_arrivals >= end; }) ? m_behind.load() : never;
     }
     [[nodiscard]] int arrivals() const { return m_arrivals; }

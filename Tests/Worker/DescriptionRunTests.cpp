@@ -136,7 +136,8 @@ TEST_F(DescriptionRun, AFinishedRunIsDescribedAgainAndKeepsAllElse) {
     EXPECT_EQ(after.metadata, decodeTranscriptResult(before).metadata);
     const QByteArray content = readFile(file).value();
     EXPECT_TRUE(content.contains("\"of_another_program\"") && content.contains("\"mood\": \"calm\""));
-    const auto& messages = *m_ollama.requests()[0].body.at(u"messages"_s).arrayValue();
+    const auto requests = m_ollama.requests();
+    const auto& messages = *requests[0].body.at(u"messages"_s).arrayValue();
     EXPECT_THAT(stringAt(*messages[0].objectValue(), u"content"_s)->toStdString(), HasSubstr("A book’s first chapter"));
 }
 
