@@ -133,7 +133,7 @@ TEST_F(CallNoticesTest, GoesOnWhenTheServiceDiesAndComesBack) {
     service.emplace(bus.address());
     // The first one may have found no service.
     ASSERT_TRUE(loopUntil([&] {
-        if (!notice->wasShown() && time.elapsed() > 100) {
+        if (!notice->wasShown() && time.elapsed() > 500) {
             time.restart();
             show();
         }

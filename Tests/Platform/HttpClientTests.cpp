@@ -140,18 +140,22 @@ TEST_F(HttpClientTest, CancelingTheFutureEndsTheExchange) {
 
 TEST_F(HttpClientTest, ASecretDoesNotTravel) {
     FakeHttpServer elsewhere(answerTo);
-    m_server.replacements = {
-        {2,
-         {.status = 302, .headers = {{"Location", elsewhere.address(QStringLiteral("/x")).toEncoded()}}, .body = {}}},
-        {3, {.status = 307, .headers = {{"Location", "/x"}}, .body = {}}}};
+    // The library may send a GET that is redirected twice.
+    const auto answerNext = [this](int status, const QByteArray& location) {
+        m_server.replacements = {
+            {m_server.requests().size(), {.status = status, .headers = {{"Location", location}}, .body = {}}}};
+    };
     HttpRequest get = request("GET", QStringLiteral("/moved"));
     get.headers = {{"Authorization", "Bearer secret"}};
     EXPECT_EQ(outcome(get).value().body, "GET /here ");
+    answerNext(302, elsewhere.address(QStringLiteral("/x")).toEncoded());
     EXPECT_EQ(failureOf(outcome(get)), HttpError::Kind::redirected);
     HttpRequest post = request("POST", QStringLiteral("/moved"));
     post.body = "{}";
+    answerNext(307, "/x");
+    const auto before = m_server.requests().size();
     EXPECT_EQ(failureOf(outcome(post)), HttpError::Kind::redirected);
-    EXPECT_EQ(m_server.requests().size(), 4U);
+    EXPECT_EQ(m_server.requests().size(), before + 1);
     EXPECT_TRUE(elsewhere.requests().empty());
 }
 

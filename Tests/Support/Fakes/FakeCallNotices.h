@@ -13,8 +13,10 @@ class FakeCallNotices final : public CallNotices {
 public:
     bool works = true;
     std::vector<CallNoticeContent> shown; // all until now
+    int wishes = 0;                       // also those that could not be shown
 
     [[nodiscard]] std::unique_ptr<CallNotice> show(const CallNoticeContent& content, AnswerHandler onAnswer) override {
+        ++wishes;
         if (works)
             shown.push_back(content);
         m_onAnswer = std::move(onAnswer);
