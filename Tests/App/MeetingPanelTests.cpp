@@ -118,6 +118,10 @@ TEST(MeetingPanels, ARecordingOffersWhatItsStateAllows) {
     EXPECT_THAT(words(inProgressPanel(state).buttons), ElementsAre(q("Pause"), q("Stop & Process")));
     EXPECT_THAT(words(floatingControls(state)),
                 ElementsAre(q("(New Recording)"), q("Stop"), q("Import"), q("Local Data")));
+    state.isFinishing = true;
+    EXPECT_THAT(words(inProgressPanel(state).buttons), ElementsAre(q("(Pause)"), q("(Stop & Process)")));
+    EXPECT_THAT(words(floatingControls(state)),
+                ElementsAre(q("(New Recording)"), q("(Stop)"), q("Import"), q("Local Data")));
 }
 
 TEST(MeetingPanels, WhatIsNotKnownOfARunIsADash) {

@@ -67,7 +67,11 @@ void MeetingDetailModel::follow() {
             &MeetingDetailModel::isAskingNotionReplacementChanged);
     connect(&m_model.status(), &StatusPart::statusMessageChanged, this, &MeetingDetailModel::statusMessageChanged);
     connect(&m_model.library(), &LibraryPart::importProgressChanged, this, &MeetingDetailModel::longWorkChanged);
-    connect(&m_model.recording(), &RecordingPart::finishingProgressChanged, this, &MeetingDetailModel::longWorkChanged);
+    connect(&m_model.recording(), &RecordingPart::finishingProgressChanged, this, [this] {
+        if (m_state.isFinishing != m_model.recording().finishingProgress().has_value())
+            refreshSoon();
+        Q_EMIT longWorkChanged();
+    });
 }
 
 MeetingPanelsState MeetingDetailModel::panelsState() const {
@@ -75,6 +79,7 @@ MeetingPanelsState MeetingDetailModel::panelsState() const {
     state.recording = m_model.recording().recordingState().kind;
     state.recordingElapsedSeconds = m_model.recording().recordingElapsed();
     state.hasRecoverableRecording = m_model.hasRecoverableRecording();
+    state.isFinishing = m_model.recording().finishingProgress().has_value();
     state.isProcessing = m_model.isProcessing();
     state.hasTranscript = m_model.detail().transcriptResult().has_value();
     state.hasAudio = m_model.currentAudioURL().has_value();

@@ -166,18 +166,21 @@ MeetingStatusPanel meetingStatusPanel(const MeetingPanelsState& state) {
 
 InProgressPanel inProgressPanel(const MeetingPanelsState& state) {
     const bool isPaused = state.recording == RecordingState::Kind::paused;
+    const bool isEnabled = !state.isFinishing;
     InProgressPanel panel;
     panel.title = isPaused ? PanelText::tr("Meeting paused") : PanelText::tr("Meeting in progress");
     panel.elapsedText = formatDurationPrecise(state.recordingElapsedSeconds);
     panel.isRecording = state.recording == RecordingState::Kind::recording;
     if (state.hasRecoverableRecording && !state.isRecordingActive()) {
-        panel.buttons = {button(MeetingAction::resumeRecording, PanelText::tr("Resume"), "play.circle"),
-                         button(MeetingAction::stopRecording, PanelText::tr("Finalize"), "checkmark.circle")};
+        panel.buttons = {
+            button(MeetingAction::resumeRecording, PanelText::tr("Resume"), "play.circle", isEnabled),
+            button(MeetingAction::stopRecording, PanelText::tr("Finalize"), "checkmark.circle", isEnabled)};
         return panel;
     }
-    panel.buttons = {isPaused ? button(MeetingAction::resumeRecording, PanelText::tr("Resume"), "play.circle")
-                              : button(MeetingAction::pauseRecording, PanelText::tr("Pause"), "pause.circle"),
-                     button(MeetingAction::stopRecording, PanelText::tr("Stop & Process"), "stop.circle")};
+    panel.buttons = {isPaused
+                         ? button(MeetingAction::resumeRecording, PanelText::tr("Resume"), "play.circle", isEnabled)
+                         : button(MeetingAction::pauseRecording, PanelText::tr("Pause"), "pause.circle", isEnabled),
+                     button(MeetingAction::stopRecording, PanelText::tr("Stop & Process"), "stop.circle", isEnabled)};
     panel.buttons.back().isProminent = true;
     return panel;
 }
@@ -200,8 +203,9 @@ std::vector<JobDetailRow> jobDetailRows(const MeetingPanelsState& state) {
 std::vector<PanelButton> floatingControls(const MeetingPanelsState& state) {
     return {
         button(MeetingAction::startRecording, PanelText::tr("New Recording"), "record.circle",
-               !state.isRecordingActive()),
-        button(MeetingAction::stopRecording, PanelText::tr("Stop"), "stop.circle", state.isRecordingActive()),
+               !state.isRecordingActive() && !state.isFinishing),
+        button(MeetingAction::stopRecording, PanelText::tr("Stop"), "stop.circle",
+               state.isRecordingActive() && !state.isFinishing),
         button(MeetingAction::importAudioFile, PanelText::tr("Import"), "square.and.arrow.down"),
         button(MeetingAction::openLocalData, PanelText::tr("Local Data"), "externaldrive"),
     };

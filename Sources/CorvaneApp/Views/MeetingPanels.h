@@ -32,6 +32,7 @@ struct MeetingPanelsState {
     RecordingState::Kind recording = RecordingState::Kind::idle;
     double recordingElapsedSeconds = 0;
     bool hasRecoverableRecording = false;
+    bool isFinishing = false; // a recording that was stopped; nothing else can be done with it meanwhile
     bool isProcessing = false;
     bool hasTranscript = false;
     bool hasAudio = false;
