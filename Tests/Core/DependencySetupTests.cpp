@@ -120,6 +120,12 @@ private:
         const int before = m_looks;
         action();
         ASSERT_TRUE(loopUntil([&] { return m_looks > before; }));
+        // The last question of a look is for the distribution's package manager.
+        const QStringList all = machine.commands();
+        const bool hasManager = machine.tools.contains(u"apt-get"_s);
+        EXPECT_EQ(all.last(), asked(hasManager ? "apt-get" : "pacman"));
+        EXPECT_TRUE(all.contains(offline));
+        EXPECT_EQ(model.distributionManagerReady(), hasManager);
     }
 
     int m_looks = 0;

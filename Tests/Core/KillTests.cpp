@@ -59,11 +59,14 @@ TEST(Kill, LeavesEveryDocumentWhole) {
         };
         ASSERT_TRUE(waitForRound());
         if (kill == 0) {
-            // The first writer ends one round, so that every document is there from then on.
+            // The first writer ends some rounds, so that every document is there from then on. More than one is timed:
+            // the end of a single one may be heard late.
+            constexpr int timedRounds = 5;
             QElapsedTimer timer;
             timer.start();
-            ASSERT_TRUE(waitForRound());
-            roundMilliseconds = static_cast<double>(timer.elapsed());
+            for (int round = 0; round < timedRounds; ++round)
+                ASSERT_TRUE(waitForRound());
+            roundMilliseconds = static_cast<double>(timer.elapsed()) / timedRounds;
         }
         std::this_thread::sleep_for(std::chrono::duration<double, std::milli>(part(random) * roundMilliseconds));
         writer.kill();
@@ -85,5 +88,5 @@ TEST(Kill, LeavesEveryDocumentWhole) {
         states.insert(readFile(runFiles::in(run, runAppMetadataFile)).value() +
                       readFile(runFiles::in(run, runFiles::transcriptText)).value());
     }
-    EXPECT_GT(states.size(), static_cast<std::size_t>(kills) / 10) << "the kills have to hit different moments";
+    EXPECT_GT(states.size(), static_cast<std::size_t>(kills) / 4) << "the kills have to hit different moments";
 }

@@ -189,10 +189,12 @@ TEST_P(PulseAudioInputsTest, AStalledDaemonCostsNoTimeOfTheRecording) {
     QElapsedTimer stall;
     stall.start();
     server->stall();
+    QElapsedTimer patience;
+    patience.start();
     EXPECT_EQ(errorOf([&] { inputs.microphone()->start([](auto...) {}, {}); }), u"The sound server does not answer.");
+    EXPECT_NEAR(static_cast<double>(patience.elapsed()) / 1000, 3, 0.3);
     server->proceed();
     const double stalled = static_cast<double>(stall.elapsed()) / 1000;
-    EXPECT_NEAR(stalled, 3.5, 0.7);
     ASSERT_TRUE(system.waitForMore(0.3));
     playInto(system, "speaker", 7);
     EXPECT_NEAR(system.secondsBehind(), behind, tolerance);
@@ -274,6 +276,6 @@ TEST_P(PulseAudioSuspensionTest, ASuspendedDeviceIsAHoleOfItsLength) {
     EXPECT_NEAR(system.secondsBehind(), behind, tolerance);
     EXPECT_THAT(system.events(), ElementsAre(AllOf(Field(&AudioInputEvent::kind, EventKind::gap),
                                                    Field(&AudioInputEvent::gapSeconds, testing::Gt(1.05)),
-                                                   Field(&AudioInputEvent::gapSeconds, testing::Lt(longest + 0.25)))));
+                                                   Field(&AudioInputEvent::gapSeconds, testing::Lt(longest + 0.2)))));
     EXPECT_TRUE(microphone.events().empty());
 }
